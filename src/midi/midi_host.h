@@ -1,0 +1,62 @@
+#pragma once
+// The one seam between the MIDI link and the platform's MIDI service.
+// The link reaches the service only through the host selected here, so the
+// same link code drives the ALSA sequencer and the in-process simulation.
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+#include "midi/midi_packet.h"
+
+// Opaque handle of a client, port, source, destination or device; 0 is null.
+using MidiObjectRef = uint32_t;
+// Non-zero statuses are failures.
+using MidiStatus = int32_t;
+
+enum class MidiStringProperty { name, manufacturer, model };
+enum class MidiIntegerProperty { offline };
+
+// Called on the service's own thread for every batch of received packets.
+using MidiReadProc = void (*)(const MidiPacketList* list, void* read_proc_ref, void* src_conn_ref);
+
+class MidiHost {
+public:
+    virtual ~MidiHost() = default;
+
+    virtual MidiStatus client_create(const char* name, MidiObjectRef* out_client) = 0;
+    virtual MidiStatus output_port_create(MidiObjectRef client, const char* name, MidiObjectRef* out_port) = 0;
+    virtual MidiStatus input_port_create(MidiObjectRef client, const char* name, MidiReadProc proc,
+                                         void* proc_ref, MidiObjectRef* out_port) = 0;
+    virtual MidiStatus client_dispose(MidiObjectRef client) = 0;
+    virtual MidiStatus port_dispose(MidiObjectRef port) = 0;
+
+    // Enumeration works only while a client is open; otherwise counts are 0.
+    virtual size_t number_of_sources() = 0;
+    virtual MidiObjectRef get_source(size_t index) = 0;            // 0 when out of range
+    virtual size_t number_of_destinations() = 0;
+    virtual MidiObjectRef get_destination(size_t index) = 0;       // 0 when out of range
+    virtual size_t number_of_devices() = 0;
+    virtual MidiObjectRef get_device(size_t index) = 0;            // 0 when out of range
+
+    // Copies the property as 8-bit text, cut to `size` - 1 bytes and terminated.
+    // A non-zero status means the property is absent and `buffer` is untouched.
+    virtual MidiStatus get_string_property(MidiObjectRef obj, MidiStringProperty prop, char* buffer,
+                                           size_t size) = 0;
+    // A non-zero status leaves `*value` untouched.
+    virtual MidiStatus get_integer_property(MidiObjectRef obj, MidiIntegerProperty prop, int32_t* value) = 0;
+
+    virtual MidiStatus port_connect_source(MidiObjectRef port, MidiObjectRef source, void* conn_ref) = 0;
+    virtual MidiStatus port_disconnect_source(MidiObjectRef port, MidiObjectRef source) = 0;
+
+    // Sends one packet of raw MIDI bytes through `port` to `destination` at once.
+    virtual MidiStatus send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes,
+                            size_t length) = 0;
+};
+
+// The host the link uses: the one last set, or the platform's own.
+MidiHost& midi_host();
+// Selects the host for the link; nullptr restores the platform's own.
+void set_midi_host(MidiHost* host);
+
+// The platform's own host: the ALSA sequencer.
+std::unique_ptr<MidiHost> make_alsa_midi_host();
