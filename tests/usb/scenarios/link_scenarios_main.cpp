@@ -1,0 +1,56 @@
+// Runs one scenario of the emulated-controller test bed inside the test VM:
+//   usb_link_scenarios <scenario> <controller_emulator path> <work directory>
+// A watchdog turns a hang into a failure marker.
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <unistd.h>
+
+#include "link_scenarios.h"
+
+namespace {
+int console_fd = -1;
+char watchdog_marker[128];
+
+void on_watchdog(int)
+{
+    ssize_t ignored = write(console_fd, watchdog_marker, std::strlen(watchdog_marker));
+    (void)ignored;
+    _exit(3);
+}
+
+void arm_watchdog(const std::string& id, unsigned seconds)
+{
+    console_fd = dup(STDOUT_FILENO);
+    std::snprintf(watchdog_marker, sizeof watchdog_marker,
+                  "\n@@dialcraft-usb result %s FAIL hung for %u s\n", id.c_str(), seconds);
+    std::signal(SIGALRM, on_watchdog);
+    alarm(seconds);
+}
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc != 4) {
+        std::fprintf(stderr, "usage: %s <scenario 1|3|4|5|6|7> <controller_emulator> <work dir>\n", argv[0]);
+        return 2;
+    }
+    const std::string id = argv[1];
+    TestBed bed{argv[2], argv[3]};
+    arm_watchdog(id, 60);
+    if (id == "1")
+        return one_controller_scenario(bed);
+    if (id == "3")
+        return two_controllers_scenario(bed);
+    if (id == "4")
+        return knob_turn_scenario(bed);
+    if (id == "5")
+        return unplug_scenario(bed);
+    if (id == "6")
+        return no_controller_scenario(bed);
+    if (id == "7")
+        return other_family_scenario(bed);
+    std::fprintf(stderr, "unknown scenario %s\n", id.c_str());
+    return 2;
+}
