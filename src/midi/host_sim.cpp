@@ -16,7 +16,7 @@ int SimMidiHost::add(Kind kind, Object object)
     object.kind = kind;
     const int id = next_id_++;
     objects_.emplace(id, std::move(object));
-    order_.push_back(id);
+    list(kind).push_back(id);
     return id;
 }
 
@@ -57,10 +57,19 @@ void SimMidiHost::set_offline(int id, bool offline)
 void SimMidiHost::remove(int id)
 {
     std::lock_guard lock(mutex_);
-    objects_.erase(id);
-    order_.erase(std::remove(order_.begin(), order_.end(), id), order_.end());
+    erase(id);
     for (auto& [_, o] : objects_)
         o.connections.erase(id);
+}
+
+void SimMidiHost::erase(int id)
+{
+    auto it = objects_.find(id);
+    if (it == objects_.end())
+        return;
+    std::vector<int>& ids = list(it->second.kind);
+    ids.erase(std::remove(ids.begin(), ids.end(), id), ids.end());
+    objects_.erase(it);
 }
 
 void SimMidiHost::set_name_absent(int id, bool absent)
@@ -138,26 +147,19 @@ SimMidiHost::Object* SimMidiHost::find(MidiObjectRef ref, Kind kind)
 
 bool SimMidiHost::client_open() const
 {
-    return std::any_of(objects_.begin(), objects_.end(),
-                       [](const auto& entry) { return entry.second.kind == Kind::client; });
+    return !list(Kind::client).empty();
 }
 
 size_t SimMidiHost::count(Kind kind) const
 {
-    if (!client_open())
-        return 0;
-    return static_cast<size_t>(
-        std::count_if(order_.begin(), order_.end(), [&](int id) { return objects_.at(id).kind == kind; }));
+    return client_open() ? list(kind).size() : 0;
 }
 
 MidiObjectRef SimMidiHost::at(Kind kind, size_t index) const
 {
-    if (!client_open())
+    if (!client_open() || index >= list(kind).size())
         return 0;
-    for (int id : order_)
-        if (objects_.at(id).kind == kind && index-- == 0)
-            return static_cast<MidiObjectRef>(id);
-    return 0;
+    return static_cast<MidiObjectRef>(list(kind)[index]);
 }
 
 MidiStatus SimMidiHost::client_create(const char* name, MidiObjectRef* out_client)
@@ -214,10 +216,8 @@ MidiStatus SimMidiHost::client_dispose(MidiObjectRef client)
     for (const auto& [id, o] : objects_)
         if (o.owner == static_cast<int>(client))
             gone.push_back(id);
-    for (int id : gone) {
-        objects_.erase(id);
-        order_.erase(std::remove(order_.begin(), order_.end(), id), order_.end());
-    }
+    for (int id : gone)
+        erase(id);
     return 0;
 }
 
@@ -226,8 +226,7 @@ MidiStatus SimMidiHost::port_dispose(MidiObjectRef port)
     std::lock_guard lock(mutex_);
     if (!find(port, Kind::output_port) && !find(port, Kind::input_port))
         return not_found;
-    objects_.erase(static_cast<int>(port));
-    order_.erase(std::remove(order_.begin(), order_.end(), static_cast<int>(port)), order_.end());
+    erase(static_cast<int>(port));
     return 0;
 }
 

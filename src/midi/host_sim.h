@@ -84,10 +84,14 @@ private:
     bool client_open() const;
     size_t count(Kind kind) const;
     MidiObjectRef at(Kind kind, size_t index) const;
+    std::vector<int>& list(Kind kind) { return lists_[static_cast<size_t>(kind)]; }
+    const std::vector<int>& list(Kind kind) const { return lists_[static_cast<size_t>(kind)]; }
+    void erase(int id);
 
     mutable std::mutex mutex_;
     std::map<int, Object> objects_;
-    std::vector<int> order_;  // insertion order of every live object
+    static constexpr size_t kind_count = 6;
+    std::vector<int> lists_[kind_count];  // live objects of each kind, in insertion order
     std::vector<Packet> sent_;
     int next_id_ = 1;
     bool available_ = true;
