@@ -62,7 +62,7 @@ failed() {
 
 command -v qemu-system-x86_64 >/dev/null || unavailable "qemu-system-x86_64 not found (Debian package qemu-system-x86)"
 command -v busybox >/dev/null || unavailable "busybox not found (Debian package busybox-static)"
-for tool in dpkg-deb apt-get apt-cache ldd timeout; do
+for tool in dpkg-deb apt-get apt-cache ldd timeout flock gzip; do
   command -v "$tool" >/dev/null || unavailable "$tool not found"
 done
 
@@ -73,7 +73,11 @@ if ! mkdir -p "$cache" 2>/dev/null || [ ! -w "$cache" ]; then
 fi
 mkdir -p "$work" || failed "cannot create $work"
 
+# One fetch at a time per cache, for builds that test side by side.
+exec 9>"$cache/.lock"
+flock -w 150 9 || failed "the kernel cache $cache stays locked by another run"
 kernel_fetch "$cache" || unavailable "$KERNEL_ERROR"
+flock -u 9
 kernel_image=$KERNEL_ROOT/boot/vmlinuz-$KERNEL_VERSION
 modules_dir=$KERNEL_ROOT/lib/modules/$KERNEL_VERSION
 [ -f "$kernel_image" ] || failed "no kernel image in $KERNEL_ROOT"
@@ -135,7 +139,7 @@ accel=$(choose_accel)
 [ "$accel" = kvm ] && qemu_args=(-accel kvm -cpu host "${qemu_args[@]}") || qemu_args=(-accel tcg "${qemu_args[@]}")
 
 # Every wait is bounded: QEMU is killed after vm_limit seconds.
-vm_limit=150
+vm_limit=120
 console=$work/console.log
 echo "testbed: booting under $accel, $(du -m "$work/initramfs.cpio.gz" | cut -f1) MB initramfs, limit ${vm_limit} s"
 vm_started=$(date +%s.%N)

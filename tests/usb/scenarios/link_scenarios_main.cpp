@@ -1,34 +1,10 @@
 // Runs one scenario of the emulated-controller test bed inside the test VM:
 //   usb_link_scenarios <scenario> <controller_emulator path> <work directory>
-// A watchdog turns a hang into a failure marker.
-#include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <string>
-#include <unistd.h>
 
 #include "link_scenarios.h"
-
-namespace {
-int console_fd = -1;
-char watchdog_marker[128];
-
-void on_watchdog(int)
-{
-    ssize_t ignored = write(console_fd, watchdog_marker, std::strlen(watchdog_marker));
-    (void)ignored;
-    _exit(3);
-}
-
-void arm_watchdog(const std::string& id, unsigned seconds)
-{
-    console_fd = dup(STDOUT_FILENO);
-    std::snprintf(watchdog_marker, sizeof watchdog_marker,
-                  "\n@@dialcraft-usb result %s FAIL hung for %u s\n", id.c_str(), seconds);
-    std::signal(SIGALRM, on_watchdog);
-    alarm(seconds);
-}
-}  // namespace
+#include "watchdog.h"
 
 int main(int argc, char** argv)
 {

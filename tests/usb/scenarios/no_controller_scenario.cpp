@@ -3,6 +3,7 @@
 #include "link_scenarios.h"
 #include "midi/midi_link.h"
 #include "scenario_steps.h"
+#include "stdout_capture.h"
 
 int no_controller_scenario(const TestBed& bed)
 {

@@ -27,7 +27,17 @@ bool ScenarioReport::check(bool ok, const std::string& what)
 {
     if (!ok) {
         ++failures_;
-        marker("@@dialcraft-usb check " + id_ + " FAIL " + what);
+        // A marker is one console line: line ends in the text are spelled out.
+        std::string one_line;
+        for (char c : what) {
+            if (c == '\r')
+                one_line += "\\r";
+            else if (c == '\n')
+                one_line += "\\n";
+            else
+                one_line += c;
+        }
+        marker("@@dialcraft-usb check " + id_ + " FAIL " + one_line);
     }
     return ok;
 }

@@ -44,7 +44,7 @@ std::string joined(const std::vector<std::string>& lines)
 {
     std::string text;
     for (const std::string& l : lines)
-        text += l;
+        text += (text.empty() ? "\"" : " \"") + l + "\"";
     return text;
 }
 
@@ -126,6 +126,35 @@ void check_family_probe(ScenarioReport& report, const FamilyProbe& probe, const 
     }
 }
 
+bool check_send_lines(ScenarioReport& report, const std::string& printed,
+                      const std::vector<std::vector<uint8_t>>& messages)
+{
+    std::vector<std::string> expected = expected_send_lines(messages);
+    return report.check(send_lines(printed) == expected, "the link prints the send lines " + joined(expected));
+}
+
+bool check_programming_received(ScenarioReport& report, const EmulatedController& emulator,
+                                const std::vector<std::vector<uint8_t>>& messages, const std::string& frame)
+{
+    bool framed = emulator.wait_for_line("knob ", 5s);
+    // Anything arriving after the frame would be a stray extra message.
+    std::this_thread::sleep_for(200ms);
+    std::vector<ReceivedMessage> received = emulator.received();
+    std::vector<std::vector<uint8_t>> bytes;
+    for (const ReceivedMessage& m : received)
+        bytes.push_back(m.bytes);
+    bool ok = report.check(framed, "the controller decodes a programming frame");
+    ok &= report.check(bytes == messages, "the controller receives exactly" + hex_messages(messages) + " (got" +
+                                              hex_messages(bytes) + ")");
+    ok &= report.check(emulator.programmed() == std::vector<std::string>{frame},
+                       "the controller logs \"" + frame + "\"");
+    if (bytes == messages)
+        report.check_gaps(received);
+    if (!ok)
+        report.detail("emulator log " + emulator.log_path(), log_text(emulator));
+    return ok;
+}
+
 void program_knob(ScenarioReport& report, const TestBed& bed, EmulatedController& emulator,
                   const KnobRequest& request)
 {
@@ -135,29 +164,10 @@ void program_knob(ScenarioReport& report, const TestBed& bed, EmulatedController
     std::string printed = capture.finish();
 
     bool ok = report.check(result == 0, "usb_midi_main returns 0 (got " + std::to_string(result) + ")");
-    ok &= report.check(send_lines(printed) == expected_send_lines(request.expected_messages),
-                       "the link prints the send lines " + joined(expected_send_lines(request.expected_messages)));
-
-    bool framed = emulator.wait_for_line("knob ", 5s);
-    // Anything arriving after the frame would be a stray extra message.
-    std::this_thread::sleep_for(200ms);
-    std::vector<ReceivedMessage> received = emulator.received();
-    std::vector<std::vector<uint8_t>> bytes;
-    for (const ReceivedMessage& m : received)
-        bytes.push_back(m.bytes);
-    ok &= report.check(framed, "the controller decodes a programming frame");
-    ok &= report.check(bytes == request.expected_messages,
-                       "the controller receives exactly" + hex_messages(request.expected_messages) +
-                           " (got" + hex_messages(bytes) + ")");
-    std::vector<std::string> frames = emulator.programmed();
-    ok &= report.check(frames == std::vector<std::string>{request.expected_frame},
-                       "the controller logs \"" + request.expected_frame + "\"");
-    if (bytes == request.expected_messages)
-        report.check_gaps(received);
-    if (!ok) {
+    ok &= check_send_lines(report, printed, request.expected_messages);
+    if (!ok)
         report.detail("link output of usb_midi_main", printed);
-        report.detail("emulator log " + emulator.log_path(), log_text(emulator));
-    }
+    check_programming_received(report, emulator, request.expected_messages, request.expected_frame);
 }
 
 void check_received_nothing(ScenarioReport& report, const EmulatedController& emulator, const std::string& who)

@@ -48,7 +48,7 @@ kernel_fetch() {
   rm -rf "$download" "$KERNEL_ROOT.partial"
   mkdir -p "$download" || { KERNEL_ERROR="cannot create $download"; return 1; }
   echo "testbed: downloading $package with apt-get download"
-  if ! (cd "$download" && timeout 120 apt-get download -q=2 "$package" >"$download/apt.log" 2>&1); then
+  if ! (cd "$download" && timeout 90 apt-get download -q=2 "$package" >"$download/apt.log" 2>&1); then
     KERNEL_ERROR="apt-get download $package failed: $(grep -v '^W: Download is performed unsandboxed' "$download/apt.log" | tail -n 3 | tr '\n' ' ')"
     rm -rf "$download"
     return 1
