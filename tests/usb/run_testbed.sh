@@ -146,6 +146,7 @@ vm_started=$(date +%s.%N)
 boot_seconds=
 : >"$console"
 while IFS= read -r line; do
+  line=${line%$'\r'}
   printf '%s\n' "$line" >>"$console"
   case "$line" in
     *"@@dialcraft-usb ready "*) boot_seconds=$(seconds_since "$vm_started") ;;
@@ -161,6 +162,6 @@ status=$?
 cat "$work/results.txt"
 if [ $status -ne 0 ]; then
   echo "testbed: console log: $console"
-  grep -E '@@dialcraft-usb (check|fatal)|^@@dialcraft-usb result .* FAIL|^---- |^\| ' "$console" | tr -d '\r' | head -n 200
+  grep -E '@@dialcraft-usb (check|fatal)|^@@dialcraft-usb result .* FAIL|^---- |^\| ' "$console" | head -n 200
 fi
 exit $status

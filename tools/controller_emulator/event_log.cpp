@@ -1,8 +1,8 @@
 #include "controller_emulator/event_log.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
-#include <ctime>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -23,9 +23,10 @@ std::string hex_bytes(std::span<const uint8_t> bytes)
 
 int64_t monotonic_ns()
 {
-    timespec ts{};
-    clock_gettime(CLOCK_MONOTONIC, &ts);
-    return static_cast<int64_t>(ts.tv_sec) * 1'000'000'000 + ts.tv_nsec;
+    // libstdc++'s steady clock is CLOCK_MONOTONIC on Linux.
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(
+               std::chrono::steady_clock::now().time_since_epoch())
+        .count();
 }
 
 EventLog::EventLog(const std::string& path)

@@ -68,5 +68,6 @@ initramfs_build() {
   mkdir -p "$stage/usr/share" && cp -r /usr/share/alsa "$stage/usr/share/alsa" || return 1
 
   # Compressed, the image loads and unpacks in the VM several seconds faster.
-  (cd "$stage" && find . | busybox cpio -o -H newc 2>/dev/null | gzip -1) >"$out"
+  (cd "$stage" && find . | busybox cpio -o -H newc 2>/dev/null | gzip -1) >"$out" || return 1
+  rm -rf "$stage"
 }

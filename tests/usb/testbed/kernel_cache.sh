@@ -22,17 +22,35 @@ kernel_newest_cached() {
 }
 
 kernel_fetch() {
+  if kernel_fetch_current "$1"; then
+    return 0
+  fi
+  # Offline with an older kernel at hand: that one will do.
+  local cached
+  cached=$(kernel_newest_cached "$1")
+  if [ -z "$cached" ]; then
+    KERNEL_ERROR="$KERNEL_ERROR, and no kernel is cached in $1"
+    return 1
+  fi
+  echo "testbed: $KERNEL_ERROR; using the cached $cached"
+  KERNEL_PACKAGE=$cached
+  KERNEL_VERSION=${cached#linux-image-}
+  KERNEL_ROOT=$1/$cached
+  KERNEL_CACHE_STATE=warm
+}
+
+kernel_fetch_current() {
   local cache=$1 package
   package=$(kernel_current_package)
-  if [ -z "$package" ] || [ ! -f "$cache/$package/.complete" ]; then
-    local cached
-    cached=$(kernel_newest_cached "$cache")
-    if [ -z "$package" ] && [ -n "$cached" ]; then
-      package=$cached
-    fi
+  # Machines set up from images often come without package lists; root can
+  # fetch them.
+  if [ -z "$package" ] && [ "$(id -u)" -eq 0 ] && [ -z "$(kernel_newest_cached "$cache")" ]; then
+    echo "testbed: no package lists, running apt-get update"
+    timeout 90 apt-get update -qq >/dev/null 2>&1
+    package=$(kernel_current_package)
   fi
   if [ -z "$package" ]; then
-    KERNEL_ERROR="cannot tell which kernel package linux-image-amd64 depends on (apt-cache depends failed) and none is cached in $cache"
+    KERNEL_ERROR="cannot tell which kernel package linux-image-amd64 depends on (no package lists? apt-get update)"
     return 1
   fi
   KERNEL_PACKAGE=$package

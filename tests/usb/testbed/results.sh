@@ -6,7 +6,7 @@
 # Returns 0 when every listed scenario passed and the VM finished cleanly.
 results_report() {
   local console=$1 scenarios=$2 table=$3
-  tr -d '\r' <"$console" | awk -v scenarios="$scenarios" -v accel="$4" -v kernel="$5" \
+  awk -v scenarios="$scenarios" -v accel="$4" -v kernel="$5" \
     -v cache="$6" -v boot="$7" -v vm="$8" -v run="$9" '
     function sort(a, n,   i, j, t) {
       for (i = 2; i <= n; i++) {
@@ -54,5 +54,5 @@ results_report() {
       if (fatal != "") { printf "VM set-up failed:%s\n", fatal; failures++ }
       if (!done) { print "the VM did not finish: killed at its time limit or crashed"; failures++ }
       exit failures > 0
-    }' >"$table"
+    }' "$console" >"$table"
 }
