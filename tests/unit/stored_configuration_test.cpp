@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include "console_capture.h"
+#include "isolated_settings.h"
 #include "model/configuration.h"
 #include "model/configuration_json.h"
 #include "model/global_state.h"
@@ -53,6 +54,8 @@ protected:
         configuration = Configuration{initialSettings()};
     }
 
+    IsolatedSettings isolated_settings_;
+
     static void put(const QVariant& value)
     {
         QSettings s = store();
@@ -70,6 +73,14 @@ protected:
         return out.lines();
     }
 };
+
+TEST_F(StoredConfigurationTest, StoreLivesInTheIsolatedFolder)
+{
+    EXPECT_EQ(store().fileName(), isolated_settings_.path() + "/dialcraft/dialcraft.conf");
+    configuration.settings = {"x"};
+    saveCustomInfo();
+    EXPECT_TRUE(QFile::exists(isolated_settings_.path() + "/dialcraft/dialcraft.conf"));
+}
 
 TEST_F(StoredConfigurationTest, FirstRunGivesTheInitialTableSilently)
 {
