@@ -511,6 +511,17 @@ TEST_F(ConfigFileTransferTest, RemoteLocationIsNotRead)
     EXPECT_EQ(configuration.settings, blanks(90));
 }
 
+TEST_F(ConfigFileTransferTest, LocationWithBlanksAndChineseIsReadBack)
+{
+    ASSERT_TRUE(QDir(dir_.path()).mkdir("my knobs"));
+    const QUrl url = write_file("my knobs/旋钮.txt", "Bend Change\n2\n3");
+    const ImportOutput out = import_file(url);
+    const QString expected = "file://" + dir_.path() + "/my%20knobs/%E6%97%8B%E9%92%AE.txt";
+    EXPECT_EQ(out.during[0], expected);
+    EXPECT_EQ(transfer_.fileURLString(), expected);
+    EXPECT_EQ(configuration.settings.mid(0, 3), (QStringList{"Bend Change", "2", "3"}));
+}
+
 TEST_F(ConfigFileTransferTest, InvalidUtf8IsReplaced)
 {
     import_file(write_file("bad.txt", "Note On\n\xff\xfe\n6\xe4\xb8"));
