@@ -1,0 +1,10 @@
+#pragma once
+// Assigns a published field: announces the change before storing, whether or
+// not the value differs, then emits the field's own change signal.
+template <typename Object, typename T, typename Signal>
+void publish(Object* object, T& field, const T& value, Signal changed)
+{
+    emit object->objectWillChange();
+    field = value;
+    emit(object->*changed)();
+}

@@ -1,0 +1,11 @@
+#pragma once
+// Keeps the slot table between runs: as compact JSON under "configurationKey"
+// in the user's settings, and as "configuration.json" in the documents folder.
+#include <QByteArray>
+
+#include "model/configuration.h"
+
+void saveCustomInfo();
+void loadCustomInfo();
+void saveConfiguration(const Configuration& config);
+void loadConfiguration();
