@@ -1,0 +1,208 @@
+#include "midi/host_alsa.h"
+
+#include <alsa/asoundlib.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "midi/host_alsa_state.h"
+
+namespace {
+// alsa-lib reports some failures it also returns (such as a missing
+// /dev/snd/seq) on stderr; the host hands every failure back as a status.
+void quiet_alsa_errors(const char*, int, const char*, int, const char*, ...) {}
+
+constexpr unsigned int readable_caps = SND_SEQ_PORT_CAP_READ | SND_SEQ_PORT_CAP_SUBS_READ;
+}  // namespace
+
+MidiStatus AlsaOwnClient::close()
+{
+    MidiStatus status = 0;
+    if (input) {
+        status = input->close();
+        input.reset();
+    }
+    if (encoder) {
+        snd_midi_event_free(encoder);
+        encoder = nullptr;
+    }
+    if (seq) {
+        if (int err = snd_seq_close(seq); err < 0 && status == 0)
+            status = err;
+        seq = nullptr;
+    }
+    return status;
+}
+
+uint8_t AlsaMidiHost::State::next_serial()
+{
+    if (++last_serial == 0)
+        last_serial = 1;
+    return last_serial;
+}
+
+snd_seq_t* AlsaMidiHost::State::query_seq() const
+{
+    return clients.empty() ? nullptr : clients.front()->seq;
+}
+
+bool AlsaMidiHost::State::is_own_client(int id) const
+{
+    return std::any_of(clients.begin(), clients.end(), [id](const auto& c) {
+        return c->id == id || (c->input && c->input->client_id() == id);
+    });
+}
+
+AlsaOwnClient* AlsaMidiHost::State::find_client(const AlsaRef& ref) const
+{
+    if (ref.kind != AlsaRefKind::client)
+        return nullptr;
+    for (const auto& c : clients)
+        if (c->serial == ref.serial && c->id == ref.client)
+            return c.get();
+    return nullptr;
+}
+
+AlsaOwnClient* AlsaMidiHost::State::find_output_port(const AlsaRef& ref) const
+{
+    if (ref.kind != AlsaRefKind::output_port)
+        return nullptr;
+    for (const auto& c : clients)
+        if (c->out_port >= 0 && c->out_serial == ref.serial && c->id == ref.client && c->out_port == ref.port)
+            return c.get();
+    return nullptr;
+}
+
+AlsaOwnClient* AlsaMidiHost::State::find_input_port(const AlsaRef& ref) const
+{
+    if (ref.kind != AlsaRefKind::input_port)
+        return nullptr;
+    for (const auto& c : clients)
+        if (c->input && c->in_serial == ref.serial && c->input->client_id() == ref.client &&
+            c->input->port_id() == ref.port)
+            return c.get();
+    return nullptr;
+}
+
+AlsaMidiHost::AlsaMidiHost() : state_(std::make_unique<State>())
+{
+    // Cannot fail: it only swaps a function pointer.
+    snd_lib_error_set_handler(quiet_alsa_errors);
+}
+
+AlsaMidiHost::~AlsaMidiHost() = default;
+
+MidiStatus AlsaMidiHost::client_create(const char* name, MidiObjectRef* out_client)
+{
+    if (!name || !out_client)
+        return -EINVAL;
+    auto c = std::make_unique<AlsaOwnClient>();
+    // Output only: this client never receives, so nothing can pile up in it.
+    if (int err = snd_seq_open(&c->seq, "default", SND_SEQ_OPEN_OUTPUT, SND_SEQ_NONBLOCK); err < 0) {
+        c->seq = nullptr;
+        return err;
+    }
+    if (int err = snd_seq_set_client_name(c->seq, name); err < 0)
+        return err;
+    c->id = snd_seq_client_id(c->seq);
+    if (c->id < 0)
+        return c->id;
+    if (int err = snd_midi_event_new(sizeof(MidiPacket::data), &c->encoder); err < 0) {
+        c->encoder = nullptr;
+        return err;
+    }
+    c->name = name;
+    c->serial = state_->next_serial();
+    *out_client = encode_alsa_ref(AlsaRef{AlsaRefKind::client, c->serial, static_cast<uint8_t>(c->id), 0});
+    state_->clients.push_back(std::move(c));
+    return 0;
+}
+
+MidiStatus AlsaMidiHost::output_port_create(MidiObjectRef client, const char* name, MidiObjectRef* out_port)
+{
+    const auto ref = decode_alsa_ref(client);
+    if (!ref || ref->kind != AlsaRefKind::client || !name || !out_port)
+        return -EINVAL;
+    AlsaOwnClient* c = state_->find_client(*ref);
+    if (!c)
+        return -ENOENT;
+    if (c->out_port >= 0)
+        return -EBUSY;
+    // Readable only: it sends, and no source can be connected into it.
+    const int port = snd_seq_create_simple_port(c->seq, name, readable_caps,
+                                                SND_SEQ_PORT_TYPE_MIDI_GENERIC | SND_SEQ_PORT_TYPE_APPLICATION);
+    if (port < 0)
+        return port;
+    c->out_port = port;
+    c->out_serial = state_->next_serial();
+    *out_port = encode_alsa_ref(
+        AlsaRef{AlsaRefKind::output_port, c->out_serial, static_cast<uint8_t>(c->id), static_cast<uint8_t>(port)});
+    return 0;
+}
+
+MidiStatus AlsaMidiHost::input_port_create(MidiObjectRef client, const char* name, MidiReadProc proc,
+                                           void* proc_ref, MidiObjectRef* out_port)
+{
+    const auto ref = decode_alsa_ref(client);
+    if (!ref || ref->kind != AlsaRefKind::client || !name || !proc || !out_port)
+        return -EINVAL;
+    AlsaOwnClient* c = state_->find_client(*ref);
+    if (!c)
+        return -ENOENT;
+    if (c->input)
+        return -EBUSY;
+    if (MidiStatus err = AlsaInputPort::open(c->name.c_str(), name, proc, proc_ref, &c->input); err != 0)
+        return err;
+    c->in_serial = state_->next_serial();
+    *out_port = encode_alsa_ref(AlsaRef{AlsaRefKind::input_port, c->in_serial,
+                                        static_cast<uint8_t>(c->input->client_id()),
+                                        static_cast<uint8_t>(c->input->port_id())});
+    return 0;
+}
+
+MidiStatus AlsaMidiHost::client_dispose(MidiObjectRef client)
+{
+    const auto ref = decode_alsa_ref(client);
+    if (!ref || ref->kind != AlsaRefKind::client)
+        return -EINVAL;
+    AlsaOwnClient* target = state_->find_client(*ref);
+    if (!target)
+        return -ENOENT;
+    auto& clients = state_->clients;
+    const auto it = std::find_if(clients.begin(), clients.end(), [&](const auto& c) { return c.get() == target; });
+    const MidiStatus status = target->close();
+    clients.erase(it);
+    return status;
+}
+
+MidiStatus AlsaMidiHost::port_dispose(MidiObjectRef port)
+{
+    const auto ref = decode_alsa_ref(port);
+    if (!ref)
+        return -EINVAL;
+    if (ref->kind == AlsaRefKind::output_port) {
+        AlsaOwnClient* c = state_->find_output_port(*ref);
+        if (!c)
+            return -ENOENT;
+        if (int err = snd_seq_delete_simple_port(c->seq, c->out_port); err < 0)
+            return err;
+        c->out_port = -1;
+        c->out_serial = 0;
+        return 0;
+    }
+    if (ref->kind == AlsaRefKind::input_port) {
+        AlsaOwnClient* c = state_->find_input_port(*ref);
+        if (!c)
+            return -ENOENT;
+        const MidiStatus status = c->input->close();
+        c->input.reset();
+        c->in_serial = 0;
+        return status;
+    }
+    return -EINVAL;
+}
+
+std::unique_ptr<MidiHost> make_alsa_midi_host()
+{
+    return std::make_unique<AlsaMidiHost>();
+}
