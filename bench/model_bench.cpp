@@ -7,37 +7,12 @@
 #include <QSettings>
 #include <QStandardPaths>
 
-#include <cstdio>
-#include <fcntl.h>
-#include <unistd.h>
-
 #include "model/config_file_transfer.h"
 #include "model/configuration.h"
 #include "model/stored_configuration.h"
+#include "quiet_stdout.h"
 
 namespace {
-
-// Sends standard output to /dev/null for as long as it lives.
-class SilencedStdout {
-public:
-    SilencedStdout()
-    {
-        std::fflush(stdout);
-        saved_ = dup(STDOUT_FILENO);
-        const int null_fd = open("/dev/null", O_WRONLY);
-        dup2(null_fd, STDOUT_FILENO);
-        close(null_fd);
-    }
-    ~SilencedStdout()
-    {
-        std::fflush(stdout);
-        dup2(saved_, STDOUT_FILENO);
-        close(saved_);
-    }
-
-private:
-    int saved_;
-};
 
 QString text_of_lines(int count)
 {
@@ -62,7 +37,7 @@ void BM_ReverseUpdateDocument100kLines(benchmark::State& state)
 {
     ConfigFileTransfer transfer;
     transfer.document.text = text_of_lines(100000);
-    SilencedStdout silence;
+    QuietStdout quiet;
     for (auto _ : state) {
         transfer.reverseUpdateDocument();
         benchmark::DoNotOptimize(configuration.settings.size());
@@ -75,7 +50,7 @@ BENCHMARK(BM_ReverseUpdateDocument100kLines)->Unit(benchmark::kMillisecond)->Min
 void BM_SaveAndLoadCustomInfo100kSlots(benchmark::State& state)
 {
     const QStringList table = table_of_slots(100000);
-    SilencedStdout silence;
+    QuietStdout quiet;
     for (auto _ : state) {
         state.PauseTiming();
         configuration.settings = table;
@@ -92,15 +67,16 @@ BENCHMARK(BM_SaveAndLoadCustomInfo100kSlots)->Unit(benchmark::kMillisecond)->Min
 
 }  // namespace
 
+// The library's own main runs the benchmarks; it is renamed so that ours can
+// set up Qt first.
+#define main run_benchmarks
+BENCHMARK_MAIN();
+#undef main
+
 int main(int argc, char** argv)
 {
     // Test-mode paths keep the benchmark away from the real user's settings.
     QStandardPaths::setTestModeEnabled(true);
     QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return run_benchmarks(argc, argv);
 }
