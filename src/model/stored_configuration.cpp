@@ -57,16 +57,25 @@ QString settings_status_text(QSettings::Status status)
 // QSettings reports a failure to lock or create the settings file, but on a
 // write error part-way through (a full disk, a file size limit) it can still
 // replace the file with a truncated copy and report success. So after syncing,
-// the file must hold at least the whole value and end with a complete line.
+// the file must hold the value's whole line: at least as long as the value,
+// ended by the closing parenthesis of the binary value and a line feed.
 bool settings_file_holds_value(const QString& file_name, qsizetype value_size)
 {
     QFile file(file_name);
-    if (!file.open(QIODevice::ReadOnly) || file.size() < value_size)
+    if (!file.open(QIODevice::ReadOnly))
         return false;
-    if (!file.seek(file.size() - 3))
+    const QByteArray contents = file.readAll();
+    const QByteArray key = configuration_key.toLatin1() + '=';
+    qsizetype start = contents.startsWith(key) ? 0 : contents.indexOf('\n' + key);
+    if (start < 0)
         return false;
-    const QByteArray tail = file.read(3);
-    return tail == ")\"\n" || tail.endsWith(")\n");
+    if (contents[start] == '\n')
+        ++start;
+    const qsizetype end = contents.indexOf('\n', start);
+    if (end < 0)
+        return false;
+    const QByteArrayView line(contents.constData() + start, end - start);
+    return line.size() >= key.size() + value_size && (line.endsWith(")") || line.endsWith(")\""));
 }
 
 }  // namespace

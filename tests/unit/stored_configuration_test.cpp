@@ -245,6 +245,24 @@ TEST_F(StoredConfigurationTest, SavingAfterLoadingStores300SavingWithoutEntrySto
     EXPECT_EQ(stored().toByteArray(), encode_configuration(Configuration{blanks(300)}));
 }
 
+TEST_F(StoredConfigurationTest, OtherEntriesOfTheStoreDoNotDisturbTheSave)
+{
+    {
+        QSettings s = store();
+        s.setValue("aaa", "before");
+        s.setValue("zzz", "after");
+        s.setValue("window/geometry", QByteArray("\x01\x02)\n"));
+        s.sync();
+    }
+    configuration.settings = {"Note On", "1", "60"};
+    ConsoleCapture out;
+    saveCustomInfo();
+    EXPECT_EQ(out.text(), "");
+    EXPECT_EQ(stored().toByteArray(), QByteArray(R"({"settings":["Note On","1","60"]})"));
+    EXPECT_EQ(store().value("zzz").toString(), "after");
+    EXPECT_EQ(store().value("window/geometry").toByteArray(), QByteArray("\x01\x02)\n"));
+}
+
 TEST_F(StoredConfigurationTest, SaveReplacesThePreviousValue)
 {
     put(QByteArray("old"));
