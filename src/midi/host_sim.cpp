@@ -145,6 +145,14 @@ SimMidiHost::Object* SimMidiHost::find(MidiObjectRef ref, Kind kind)
     return const_cast<Object*>(static_cast<const SimMidiHost*>(this)->find(ref, kind));
 }
 
+const SimMidiHost::Object* SimMidiHost::find_with_properties(MidiObjectRef ref) const
+{
+    for (Kind kind : {Kind::device, Kind::source, Kind::destination})
+        if (const Object* o = find(ref, kind))
+            return o;
+    return nullptr;
+}
+
 bool SimMidiHost::client_open() const
 {
     return !list(Kind::client).empty();
@@ -269,11 +277,7 @@ MidiObjectRef SimMidiHost::get_device(size_t index)
 MidiStatus SimMidiHost::get_string_property(MidiObjectRef obj, MidiStringProperty prop, char* buffer, size_t size)
 {
     std::lock_guard lock(mutex_);
-    const Object* o = find(obj, Kind::device);
-    if (!o)
-        o = find(obj, Kind::source);
-    if (!o)
-        o = find(obj, Kind::destination);
+    const Object* o = find_with_properties(obj);
     if (!o || size == 0)
         return not_found;
     const std::string* text = nullptr;
@@ -299,11 +303,7 @@ MidiStatus SimMidiHost::get_string_property(MidiObjectRef obj, MidiStringPropert
 MidiStatus SimMidiHost::get_integer_property(MidiObjectRef obj, MidiIntegerProperty, int32_t* value)
 {
     std::lock_guard lock(mutex_);
-    const Object* o = find(obj, Kind::device);
-    if (!o)
-        o = find(obj, Kind::source);
-    if (!o)
-        o = find(obj, Kind::destination);
+    const Object* o = find_with_properties(obj);
     if (!o)
         return not_found;
     *value = o->offline ? 1 : 0;

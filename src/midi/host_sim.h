@@ -81,6 +81,8 @@ private:
     int add(Kind kind, Object object);
     const Object* find(MidiObjectRef ref, Kind kind) const;
     Object* find(MidiObjectRef ref, Kind kind);
+    // A device, source or destination: the objects that carry properties.
+    const Object* find_with_properties(MidiObjectRef ref) const;
     bool client_open() const;
     size_t count(Kind kind) const;
     MidiObjectRef at(Kind kind, size_t index) const;

@@ -5,29 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "link_lines.h"
 #include "sim_link_fixture.h"
 
 using namespace std::chrono_literals;
 using Bytes = std::vector<uint8_t>;
 
-namespace {
-
-// The lines of one device scan with `devices` devices that finds the target.
-std::string scan_lines(int devices)
-{
-    return "send_midi_out_data\r\n MIDIGetNumberOfDevices  " + std::to_string(devices) +
-           "\r\nno macthing name B \r\n";
-}
-
-// The lines of one message that reaches destination 0 of one.
-std::string sent_lines(const std::string& what, const std::string& dest_prefix = "4AC1CC27")
-{
-    const std::string lookup = "MIDIGetNumberOfDestinations 1 \r\nCCCCC: " + dest_prefix + " is online\r\n";
-    return "send_midi_out_data\r\n MIDIGetNumberOfDevices  1\r\nmidiOutShortMsg\r\n" + lookup + lookup + lookup +
-           "midi_get_destination 0 \r\n" + what;
-}
-
-}  // namespace
 
 class MidiTransmit : public SimLinkTest {
 protected:
