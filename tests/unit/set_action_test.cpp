@@ -112,7 +112,7 @@ TEST_F(SetAction, CompleteConsoleOutputOfTheExamplePress)
     EXPECT_EQ(out, expected);
     EXPECT_EQ(state.fullText(), "旋钮5-设置成功!");
     EXPECT_EQ(wire_to("4AC1CC27 MIDI 1"), programming(0xB1, 0x4A, 0x05));
-    EXPECT_EQ(state.machine_type_menu_string());
+    EXPECT_EQ(state.machine_type_menu_string(), "4AC1CC27");
     EXPECT_EQ(command_setup_succeed_flag, 0);
     EXPECT_EQ(c_arg_transfer_UInt8_1, 0x05);
     EXPECT_EQ(c_arg_transfer_UInt8_2, 0xB1);
@@ -258,7 +258,7 @@ TEST_F(SetAction, ParameterFailureSendsNothingAfterProbesAndSummary)
     // The menu still follows the single controller found.
     state.set_machine_type_menu_string("4AC0CC27");
     press();
-    EXPECT_EQ(state.machine_type_menu_string());
+    EXPECT_EQ(state.machine_type_menu_string(), "4AC1CC27");
 }
 
 TEST_F(SetAction, LastFailingCheckWins)
