@@ -59,6 +59,9 @@ signals:
     void documentTextChanged();
 
 private:
+    GlobalState& state() const;
+    void setDocumentText(const QString& text);
+
     GlobalState* state_ = nullptr;
     bool importing_ = false;
     bool exporting_ = false;

@@ -1,0 +1,47 @@
+#pragma once
+// The Linux MIDI service: the ALSA sequencer. The link's client is a
+// sequencer client holding the output port; the input port lives on a second
+// client of the same name, read by its own thread. Devices are the other
+// sequencer clients, sources and destinations the other clients' readable and
+// writable ports. Handles name sequencer addresses and every property is read
+// live, so a vanished client or port makes the read fail.
+#include <memory>
+
+#include "midi/midi_host.h"
+
+class AlsaMidiHost final : public MidiHost {
+public:
+    AlsaMidiHost();
+    ~AlsaMidiHost() override;
+    AlsaMidiHost(const AlsaMidiHost&) = delete;
+    AlsaMidiHost& operator=(const AlsaMidiHost&) = delete;
+
+    MidiStatus client_create(const char* name, MidiObjectRef* out_client) override;
+    MidiStatus output_port_create(MidiObjectRef client, const char* name, MidiObjectRef* out_port) override;
+    MidiStatus input_port_create(MidiObjectRef client, const char* name, MidiReadProc proc, void* proc_ref,
+                                 MidiObjectRef* out_port) override;
+    MidiStatus client_dispose(MidiObjectRef client) override;
+    MidiStatus port_dispose(MidiObjectRef port) override;
+
+    size_t number_of_sources() override;
+    MidiObjectRef get_source(size_t index) override;
+    size_t number_of_destinations() override;
+    MidiObjectRef get_destination(size_t index) override;
+    size_t number_of_devices() override;
+    MidiObjectRef get_device(size_t index) override;
+
+    MidiStatus get_string_property(MidiObjectRef obj, MidiStringProperty prop, char* buffer,
+                                   size_t size) override;
+    MidiStatus get_integer_property(MidiObjectRef obj, MidiIntegerProperty prop, int32_t* value) override;
+
+    MidiStatus port_connect_source(MidiObjectRef port, MidiObjectRef source, void* conn_ref) override;
+    MidiStatus port_disconnect_source(MidiObjectRef port, MidiObjectRef source) override;
+
+    MidiStatus send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes,
+                    size_t length) override;
+
+    struct State;
+
+private:
+    std::unique_ptr<State> state_;
+};

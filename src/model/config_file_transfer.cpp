@@ -1,0 +1,225 @@
+#include "model/config_file_transfer.h"
+
+#include <QFile>
+#include <QMetaObject>
+#include <QSaveFile>
+
+#include "midi/console.h"
+#include "model/configuration.h"
+#include "model/fatal_error.h"
+#include "model/handover.h"
+#include "model/list_notation.h"
+#include "model/slot_mapping.h"
+#include "model/vocabulary.h"
+
+namespace {
+
+void print(const QString& line)
+{
+    console_line(line.toStdString());
+}
+
+// The working knob panels of the window: knobs 0 to 26, slots 0 to 80.
+constexpr int mapped_knob_count = 27;
+
+}  // namespace
+
+ConfigFileTransfer::ConfigFileTransfer(QObject* parent) : QObject(parent), document{QStringLiteral("123")} {}
+
+GlobalState* ConfigFileTransfer::globalState() const
+{
+    return state_;
+}
+
+void ConfigFileTransfer::setGlobalState(GlobalState* state)
+{
+    if (state_ == state)
+        return;
+    state_ = state;
+    emit globalStateChanged();
+}
+
+bool ConfigFileTransfer::importing() const
+{
+    return importing_;
+}
+
+void ConfigFileTransfer::setImporting(bool value)
+{
+    if (importing_ == value)
+        return;
+    importing_ = value;
+    emit importingChanged();
+}
+
+bool ConfigFileTransfer::exporting() const
+{
+    return exporting_;
+}
+
+void ConfigFileTransfer::setExporting(bool value)
+{
+    if (exporting_ == value)
+        return;
+    exporting_ = value;
+    emit exportingChanged();
+}
+
+QString ConfigFileTransfer::fileURLString() const
+{
+    return fileURLString_;
+}
+
+QString ConfigFileTransfer::documentText() const
+{
+    return document.text;
+}
+
+GlobalState& ConfigFileTransfer::state() const
+{
+    // The window hands the state over before any button can be pressed.
+    if (state_ == nullptr)
+        fatal_error(unwrap_nil_message);
+    return *state_;
+}
+
+void ConfigFileTransfer::setDocumentText(const QString& text)
+{
+    document.text = text;
+    emit documentTextChanged();
+}
+
+void ConfigFileTransfer::exportButtonPressed()
+{
+    setExporting(true);
+    state().setFullText(QStringLiteral("导出文件:\n导出配置文件"));
+    for (int i = 0; i < mapped_knob_count; ++i)
+        SetupAreaData_index_UI_to_config(state(), i, SlotMappingView::CreateConfigAreaView);
+    updateDocument();
+}
+
+void ConfigFileTransfer::exportCompleted(const QUrl& url)
+{
+    setExporting(false);
+    QSaveFile file(url.toLocalFile());
+    const QByteArray bytes = document.toBytes();
+    if (!url.isLocalFile() || !file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() ||
+        !file.commit()) {
+        const QString reason = url.isLocalFile() ? file.errorString() : QStringLiteral("Not a local file");
+        print(QStringLiteral("Failed to write file: ") + reason);
+        return;
+    }
+    print(url.toString(QUrl::FullyEncoded));
+}
+
+void ConfigFileTransfer::exportFailed(const QString& error)
+{
+    setExporting(false);
+    print(error);
+}
+
+void ConfigFileTransfer::importButtonPressed()
+{
+    setImporting(true);
+    state().setFullText(QStringLiteral("导入文件:\n导入配置文件"));
+}
+
+void ConfigFileTransfer::importCompleted(const QUrl& url)
+{
+    setImporting(false);
+    const QString location = url.toString(QUrl::FullyEncoded);
+    print(location);
+    fileURLString_ = location;
+    emit fileURLStringChanged();
+
+    loadFromLocalFile();
+
+    // The file's slots are applied only once the event loop runs again, so the
+    // records are refreshed from the table as it stood before this import.
+    print(QStringLiteral("PPP Loaded settings: ") + list_notation(configuration.settings));
+    for (int i = 0; i < mapped_knob_count; ++i)
+        SetupAreaData_index_config_to_UI(state(), i, SlotMappingView::CreateConfigAreaView);
+    device_connect_state_retval[10] = 0;
+    device_connect_state_retval[11] = 0;
+}
+
+void ConfigFileTransfer::importFailed(const QString& error)
+{
+    setImporting(false);
+    print(error);
+}
+
+void ConfigFileTransfer::dialogCancelled()
+{
+    setImporting(false);
+    setExporting(false);
+}
+
+void ConfigFileTransfer::updateDocument()
+{
+    QString text = configuration.settings.join(u'\n');
+    text.replace(Default_TYPE_STRING, CONTROL_CHANGE);
+    setDocumentText(text);
+}
+
+void ConfigFileTransfer::reverseUpdateDocument()
+{
+    // A line feed right after a carriage return belongs to the CR LF pair, a
+    // single character that is not a line feed, so it does not split.
+    const QString& text = document.text;
+    QStringList pieces;
+    qsizetype start = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] != u'\n' || (i > 0 && text[i - 1] == u'\r'))
+            continue;
+        if (i > start)
+            pieces.append(text.mid(start, i - start));
+        start = i + 1;
+    }
+    if (text.size() > start)
+        pieces.append(text.mid(start));
+
+    const bool expand = pieces.size() < 300;
+    if (expand) {
+        pieces.reserve(300);
+        while (pieces.size() < 300)
+            pieces.append(blank_slot);
+    }
+    configuration.settings = std::move(pieces);
+    if (expand)
+        print(QStringLiteral("Expanded configuration.settings to 300 elements"));
+    print(QStringLiteral("Updated configuration.settings count: ") + QString::number(configuration.settings.size()));
+    print(QStringLiteral("First 10 elements: ") + list_notation(configuration.settings.first(
+                                                       std::min<qsizetype>(10, configuration.settings.size()))));
+}
+
+void ConfigFileTransfer::loadFromLocalFile()
+{
+    const QUrl url(fileURLString_, QUrl::StrictMode);
+    if (fileURLString_.isEmpty() || !url.isValid() || url.isRelative()) {
+        print(QStringLiteral("Invalid URL"));
+        return;
+    }
+    if (!url.isLocalFile()) {
+        print(QStringLiteral("Failed to read file: ") + QStringLiteral("Only local files can be read"));
+        return;
+    }
+    QFile file(url.toLocalFile());
+    if (!file.open(QIODevice::ReadOnly)) {
+        print(QStringLiteral("Failed to read file: ") + file.errorString());
+        return;
+    }
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        print(QStringLiteral("Failed to read file: ") + file.errorString());
+        return;
+    }
+    const QString text = TextDocument::fromBytes(bytes).text;
+    QMetaObject::invokeMethod(
+        this,
+        [this, text] {
+            setDocumentText(text);
+            reverseUpdateDocument();
+        },
+        Qt::QueuedConnection);
+}
