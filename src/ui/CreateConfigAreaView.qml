@@ -47,7 +47,7 @@ RowLayout {
         nameFilters: ["Text files (*.txt)"]
         visible: transfer.importing
         onVisibleChanged: if (!visible) transfer.importing = false
-        onAccepted: transfer.importCompleted(selectedFile)
+        onAccepted: transfer.importCompleted(DialogFiles.chosenFile(selectedFile))
         onRejected: transfer.dialogCancelled()
     }
     FileDialog {
@@ -56,7 +56,7 @@ RowLayout {
         nameFilters: ["Text files (*.txt)"]
         visible: transfer.exporting
         onVisibleChanged: if (!visible) transfer.exporting = false
-        onAccepted: transfer.exportCompleted(selectedFile)
+        onAccepted: transfer.exportCompleted(DialogFiles.chosenFile(selectedFile))
         onRejected: transfer.dialogCancelled()
     }
 

@@ -1,7 +1,9 @@
 #include "window_harness.h"
 
 #include <QQmlProperty>
+#include <QSettings>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <algorithm>
@@ -11,6 +13,11 @@ Q_IMPORT_QML_PLUGIN(DialcraftPlugin)
 void prepare_ui_test_environment()
 {
     QStandardPaths::setTestModeEnabled(true);
+    // Test mode alone shares one settings file among all test processes of the
+    // user; each window test keeps its store in a folder of its own.
+    static QTemporaryDir settingsFolder;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settingsFolder.path());
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settingsFolder.path());
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))
@@ -58,9 +65,10 @@ GlobalState* WindowHarness::state() const
     return view ? view->globalState() : nullptr;
 }
 
+// Collects the items named `objectName`; every item when the name is empty.
 static void collect(QQuickItem* item, const QString& objectName, QList<QQuickItem*>& found)
 {
-    if (item->objectName() == objectName)
+    if (objectName.isEmpty() || item->objectName() == objectName)
         found.append(item);
     for (QQuickItem* child : item->childItems())
         collect(child, objectName, found);
@@ -115,6 +123,16 @@ void WindowHarness::typeInto(QQuickItem* field, const QString& text)
     QCoreApplication::processEvents();
 }
 
+void WindowHarness::replaceText(QQuickItem* field, const QString& text)
+{
+    click(field);
+    QTest::keyClick(window_, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(window_, Qt::Key_Backspace);
+    for (QChar c : text)
+        QTest::keyClick(window_, c.toLatin1());
+    QCoreApplication::processEvents();
+}
+
 static QQuickItem* popupList(QQuickItem* comboBox)
 {
     QObject* popup = comboBox->property("popup").value<QObject*>();
@@ -156,6 +174,71 @@ QStringList WindowHarness::entries(QQuickItem* comboBox) const
         texts.append(text);
     }
     return texts;
+}
+
+QQuickItem* WindowHarness::dialogButton(const QString& text) const
+{
+    // A visible button of that text inside a dialog's button box.
+    for (QQuickItem* candidate : items(QString())) {
+        if (!candidate->isVisible() || !candidate->inherits("QQuickAbstractButton") ||
+            candidate->property("text").toString() != text)
+            continue;
+        for (QQuickItem* up = candidate->parentItem(); up; up = up->parentItem()) {
+            if (up->inherits("QQuickDialogButtonBox"))
+                return candidate;
+        }
+    }
+    return nullptr;
+}
+
+bool WindowHarness::acceptFileDialog(QObject* dialog, const QString& folder, const QString& fileName)
+{
+    if (!QTest::qWaitFor([dialog] { return dialog->property("visible").toBool(); }))
+        return false;
+    dialog->setProperty("currentFolder", QUrl::fromLocalFile(folder));
+    const bool saving = dialog->property("fileMode").toInt() == 2;  // FileDialog.SaveFile
+    if (saving) {
+        QQuickItem* field = item(QStringLiteral("fileNameTextField"));
+        if (!field || !QTest::qWaitFor([field] { return field->isVisible(); }))
+            return false;
+        replaceText(field, fileName);
+        QTest::keyClick(window_, Qt::Key_Return);  // the typed name becomes the selection
+        QCoreApplication::processEvents();
+        if (!dialog->property("visible").toBool())
+            return true;  // Return alone accepted it
+    } else {
+        QQuickItem* entry = nullptr;
+        (void)QTest::qWaitFor([&] {
+            for (QQuickItem* candidate : items(QString())) {
+                if (candidate->objectName().startsWith(QLatin1String("fileDialogDelegate")) &&
+                    candidate->property("fileName").toString() == fileName)
+                    entry = candidate;
+            }
+            return entry != nullptr;
+        });
+        if (!entry)
+            return false;
+        click(entry);
+    }
+    // Qt's own save dialog labels its accept button "Open" in some versions.
+    QQuickItem* button = saving ? dialogButton(QStringLiteral("Save")) : nullptr;
+    if (!button)
+        button = dialogButton(QStringLiteral("Open"));
+    if (!button)
+        return false;
+    click(button);
+    return QTest::qWaitFor([dialog] { return !dialog->property("visible").toBool(); });
+}
+
+bool WindowHarness::cancelFileDialog(QObject* dialog)
+{
+    if (!QTest::qWaitFor([dialog] { return dialog->property("visible").toBool(); }))
+        return false;
+    QQuickItem* button = dialogButton(QStringLiteral("Cancel"));
+    if (!button)
+        return false;
+    click(button);
+    return QTest::qWaitFor([dialog] { return !dialog->property("visible").toBool(); });
 }
 
 QImage WindowHarness::grab()

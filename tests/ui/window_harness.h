@@ -42,21 +42,31 @@ public:
     void click(QQuickItem* target);
     // Clicks into the field and types `text` (ASCII) key by key.
     void typeInto(QQuickItem* field, const QString& text);
+    // Clicks into the field, selects all, deletes it and types `text` (ASCII).
+    void replaceText(QQuickItem* field, const QString& text);
     // Opens a combo box's list and clicks the entry with that text; false when
     // no entry carries it.
     bool choose(QQuickItem* comboBox, const QString& text);
     // The texts of a combo box's entries, in order.
     QStringList entries(QQuickItem* comboBox) const;
+    // Completes an open file dialog through its own controls: goes to
+    // `folder`, picks or types `fileName` (ASCII) and presses Open or Save.
+    bool acceptFileDialog(QObject* dialog, const QString& folder, const QString& fileName);
+    // Presses the open file dialog's Cancel button.
+    bool cancelFileDialog(QObject* dialog);
     // Grabs the current frame.
     QImage grab();
 
 private:
+    QQuickItem* dialogButton(const QString& text) const;
+
     std::unique_ptr<QQmlApplicationEngine> engine_;
     QQuickWindow* window_ = nullptr;
 };
 
-// Test mode for settings and documents, offscreen platform unless one is
-// chosen, software rendering; then the application as the program sets it up.
+// Test mode for documents, a private settings folder for this process,
+// offscreen platform unless one is chosen, software rendering. The test's
+// main then sets the application up as the program does.
 void prepare_ui_test_environment();
 
 #define DIALCRAFT_UI_TEST_MAIN(TestObject)          \
