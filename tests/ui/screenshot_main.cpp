@@ -1,6 +1,7 @@
 // Renders the real main window offscreen and saves pictures of it: one right
 // after start-up and, when a second path is given, one after knob 5 has been
-// set to Control Change, channel 2, controller 74 through its panel.
+// set to Control Change, channel 2, controller 74 through its panel. The
+// simulated MIDI service stands in for one connected controller, 4AC1CC27.
 // Usage: ui_screenshot <start-up.png> [<after-set.png>]
 #include <QImage>
 #include <QSettings>
@@ -8,6 +9,8 @@
 
 #include <cstdio>
 
+#include "midi/host_sim.h"
+#include "midi/midi_host.h"
 #include "window_harness.h"
 
 static bool save(QImage image, const char* path)
@@ -30,6 +33,12 @@ int main(int argc, char** argv)
     configure_application(app);
     QSettings().clear();
 
+    SimMidiHost sim;
+    sim.add_device("4AC1CC27", "Maker", "4AC1CC27");
+    sim.add_source("4AC1CC27 MIDI 1");
+    sim.add_destination("4AC1CC27 MIDI 1");
+    set_midi_host(&sim);
+
     WindowHarness harness;
     if (!harness.open())
         return 1;
@@ -41,13 +50,12 @@ int main(int argc, char** argv)
 
     QQuickItem* panel = harness.panelShowingRecord(5);
     harness.choose(harness.item(QStringLiteral("typeMenu"), panel), QStringLiteral("Control Change"));
-    QQuickItem* channel = harness.item(QStringLiteral("channelField"), panel);
-    QQuickItem* controller = harness.item(QStringLiteral("controllerField"), panel);
-    channel->setProperty("text", QString());
-    controller->setProperty("text", QString());
-    harness.typeInto(channel, QStringLiteral("2"));
-    harness.typeInto(controller, QStringLiteral("74"));
+    harness.replaceText(harness.item(QStringLiteral("channelField"), panel), QStringLiteral("2"));
+    harness.replaceText(harness.item(QStringLiteral("controllerField"), panel), QStringLiteral("74"));
     harness.click(harness.item(QStringLiteral("setButton"), panel));
     QTest::qWait(100);
-    return save(harness.grab(), argv[2]) ? 0 : 1;
+    const bool saved = save(harness.grab(), argv[2]);
+    harness.destroy();
+    set_midi_host(nullptr);
+    return saved ? 0 : 1;
 }
