@@ -9,6 +9,8 @@
 
 #include "model/configuration.h"
 #include "stdout_capture.h"
+#include "midi/host_sim.h"
+#include "midi/midi_host.h"
 #include "window_harness.h"
 
 class FileTransferTest : public QObject {
@@ -17,11 +19,16 @@ class FileTransferTest : public QObject {
 private slots:
     void init()
     {
+        set_midi_host(&sim);  // no real MIDI service: the same lines on every machine
         QSettings().clear();
         QVERIFY(dir.isValid());
         QVERIFY(harness.open());
     }
-    void cleanup() { harness.destroy(); }
+    void cleanup()
+    {
+        harness.destroy();
+        set_midi_host(nullptr);
+    }
 
     void toolbarHoldsImportThenExport()
     {
@@ -178,6 +185,7 @@ private:
         QCOMPARE(file.write(bytes), bytes.size());
     }
 
+    SimMidiHost sim;
     QTemporaryDir dir;
     WindowHarness harness;
 };

@@ -5,6 +5,8 @@
 #include <QTest>
 
 #include "stdout_capture.h"
+#include "midi/host_sim.h"
+#include "midi/midi_host.h"
 #include "window_harness.h"
 
 class LayoutTest : public QObject {
@@ -13,10 +15,15 @@ class LayoutTest : public QObject {
 private slots:
     void init()
     {
+        set_midi_host(&sim);  // no real MIDI service: the same lines on every machine
         QSettings().clear();
         QVERIFY(harness.open());
     }
-    void cleanup() { harness.destroy(); }
+    void cleanup()
+    {
+        harness.destroy();
+        set_midi_host(nullptr);
+    }
 
     void showsExactlyTwentyEightPanelsInDisplayOrder()
     {
@@ -160,6 +167,7 @@ private:
         return scrollBar->property("contentItem").value<QQuickItem*>()->opacity();
     }
 
+    SimMidiHost sim;
     WindowHarness harness;
 };
 

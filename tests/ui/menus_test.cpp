@@ -7,6 +7,8 @@
 
 #include "midi/midi_link.h"
 #include "stdout_capture.h"
+#include "midi/host_sim.h"
+#include "midi/midi_host.h"
 #include "window_harness.h"
 
 namespace {
@@ -32,10 +34,15 @@ class MenusTest : public QObject {
 private slots:
     void init()
     {
+        set_midi_host(&sim);  // no real MIDI service: the same lines on every machine
         QSettings().clear();
         QVERIFY(harness.open());
     }
-    void cleanup() { harness.destroy(); }
+    void cleanup()
+    {
+        harness.destroy();
+        set_midi_host(nullptr);
+    }
 
     void typeMenuOffersExactlyFiveEntries()
     {
@@ -113,6 +120,7 @@ private slots:
     }
 
 private:
+    SimMidiHost sim;
     WindowHarness harness;
 };
 
