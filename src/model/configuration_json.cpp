@@ -1,11 +1,5 @@
 #include "model/configuration_json.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QJsonParseError>
-#include <QJsonValue>
-
 namespace {
 
 // Escapes at the byte level: every byte that needs escaping is ASCII, so the
@@ -39,12 +33,6 @@ void append_json_string(QByteArray& out, const QString& text)
     out += '"';
 }
 
-void set_error(QString* error, const QString& text)
-{
-    if (error)
-        *error = text;
-}
-
 }  // namespace
 
 QByteArray encode_configuration(const Configuration& config)
@@ -62,42 +50,4 @@ QByteArray encode_configuration(const Configuration& config)
     }
     out += "]}";
     return out;
-}
-
-std::optional<Configuration> decode_configuration(const QByteArray& bytes, QString* error)
-{
-    QJsonParseError parse_error;
-    const QJsonDocument document = QJsonDocument::fromJson(bytes, &parse_error);
-    if (parse_error.error != QJsonParseError::NoError) {
-        set_error(error, QStringLiteral("The data is not valid JSON (%1 at offset %2).")
-                             .arg(parse_error.errorString())
-                             .arg(parse_error.offset));
-        return std::nullopt;
-    }
-    if (!document.isObject()) {
-        set_error(error, QStringLiteral("Expected a JSON object at the top level."));
-        return std::nullopt;
-    }
-    const QJsonObject object = document.object();
-    const auto member = object.constFind(QLatin1String("settings"));
-    if (member == object.constEnd()) {
-        set_error(error, QStringLiteral("No value associated with key \"settings\"."));
-        return std::nullopt;
-    }
-    if (!member->isArray()) {
-        set_error(error, QStringLiteral("Expected an array of strings for key \"settings\"."));
-        return std::nullopt;
-    }
-    const QJsonArray array = member->toArray();
-    Configuration config;
-    config.settings.reserve(array.size());
-    for (qsizetype i = 0; i < array.size(); ++i) {
-        const QJsonValue value = array.at(i);
-        if (!value.isString()) {
-            set_error(error, QStringLiteral("Expected a string at \"settings\" index %1.").arg(i));
-            return std::nullopt;
-        }
-        config.settings.append(value.toString());
-    }
-    return config;
 }

@@ -54,6 +54,30 @@ QString settings_status_text(QSettings::Status status)
     return QStringLiteral("unknown settings error");
 }
 
+// QSettings reports a failure to lock or create the settings file, but on a
+// write error part-way through (a full disk, a file size limit) it can still
+// replace the file with a truncated copy and report success. So after syncing,
+// the file must hold the value's whole line: at least as long as the value,
+// ended by the closing parenthesis of the binary value and a line feed.
+bool settings_file_holds_value(const QString& file_name, qsizetype value_size)
+{
+    QFile file(file_name);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray contents = file.readAll();
+    const QByteArray key = configuration_key.toLatin1() + '=';
+    qsizetype start = contents.startsWith(key) ? 0 : contents.indexOf('\n' + key);
+    if (start < 0)
+        return false;
+    if (contents[start] == '\n')
+        ++start;
+    const qsizetype end = contents.indexOf('\n', start);
+    if (end < 0)
+        return false;
+    const QByteArrayView line(contents.constData() + start, end - start);
+    return line.size() >= key.size() + value_size && (line.endsWith(")") || line.endsWith(")\""));
+}
+
 }  // namespace
 
 void saveCustomInfo()
@@ -64,15 +88,21 @@ void saveCustomInfo()
     const QVariant previous = settings.value(configuration_key);
     settings.setValue(configuration_key, bytes);
     settings.sync();
-    if (settings.status() == QSettings::NoError)
+    QString failure;
+    if (settings.status() != QSettings::NoError)
+        failure = settings_status_text(settings.status());
+    else if (!settings_file_holds_value(settings.fileName(), bytes.size()))
+        failure = QStringLiteral("the settings file was written incompletely");
+    if (failure.isEmpty())
         return;
-    // The file was replaced atomically or not at all; put the previous value
-    // back in memory too, so this process keeps reading what is on disk.
+    // Put the previous value back, in memory and on disk, so that a failed
+    // save never costs the table stored by an earlier one.
     if (previous.isValid())
         settings.setValue(configuration_key, previous);
     else
         settings.remove(configuration_key);
-    print(QStringLiteral("Error saving configuration: ") + settings_status_text(settings.status()));
+    settings.sync();
+    print(QStringLiteral("Error saving configuration: ") + failure);
 }
 
 void loadCustomInfo()

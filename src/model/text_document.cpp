@@ -1,15 +1,8 @@
 #include "model/text_document.h"
 
-#include <QByteArrayView>
+#include "model/utf8_step.h"
 
 namespace {
-
-constexpr char16_t replacement_character = 0xFFFD;
-
-bool in(unsigned char byte, unsigned char low, unsigned char high)
-{
-    return byte >= low && byte <= high;
-}
 
 void append_code_point(QString& out, char32_t code_point)
 {
@@ -27,57 +20,16 @@ QString decode_utf8_with_replacement(const QByteArray& bytes)
 {
     QString out;
     out.reserve(bytes.size());
-    const auto* data = reinterpret_cast<const unsigned char*>(bytes.constData());
-    const qsizetype size = bytes.size();
-    qsizetype i = 0;
-    while (i < size) {
-        const unsigned char lead = data[i];
-        if (lead < 0x80) {
-            out += QChar(char16_t(lead));
-            ++i;
+    const auto* p = reinterpret_cast<const unsigned char*>(bytes.constData());
+    const auto* end = p + bytes.size();
+    while (p < end) {
+        if (*p < 0x80) {
+            out += QChar(char16_t(*p++));
             continue;
         }
-        int continuation = 0;
-        unsigned char second_low = 0x80, second_high = 0xBF;
-        char32_t code_point = 0;
-        if (in(lead, 0xC2, 0xDF)) {
-            continuation = 1;
-            code_point = lead & 0x1F;
-        } else if (in(lead, 0xE0, 0xEF)) {
-            continuation = 2;
-            code_point = lead & 0x0F;
-            if (lead == 0xE0)
-                second_low = 0xA0;
-            else if (lead == 0xED)
-                second_high = 0x9F;
-        } else if (in(lead, 0xF0, 0xF4)) {
-            continuation = 3;
-            code_point = lead & 0x07;
-            if (lead == 0xF0)
-                second_low = 0x90;
-            else if (lead == 0xF4)
-                second_high = 0x8F;
-        } else {
-            out += QChar(replacement_character);
-            ++i;
-            continue;
-        }
-        qsizetype j = i + 1;
-        bool complete = true;
-        for (int k = 0; k < continuation; ++k, ++j) {
-            const unsigned char low = k == 0 ? second_low : 0x80;
-            const unsigned char high = k == 0 ? second_high : 0xBF;
-            if (j >= size || !in(data[j], low, high)) {
-                complete = false;
-                break;
-            }
-            code_point = (code_point << 6) | (data[j] & 0x3F);
-        }
-        if (complete)
-            append_code_point(out, code_point);
-        else
-            out += QChar(replacement_character);
-        i = j;
+        const Utf8Step step = next_utf8(p, end);
+        append_code_point(out, step.valid ? step.code_point : char32_t(0xFFFD));
+        p += step.length;
     }
     return out;
 }

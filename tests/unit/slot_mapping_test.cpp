@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "qt_printers.h"
+
 #include <QSignalSpy>
 
 #include "console_capture.h"

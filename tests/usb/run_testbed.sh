@@ -1,0 +1,167 @@
+#!/usr/bin/env bash
+# The emulated USB-MIDI controller test bed, host side: fetches (once) the
+# stock Debian kernel, builds an initramfs with the test programs, boots it
+# under QEMU and turns the scenario markers on the VM's console into a table
+# and an exit status.
+#
+#   run_testbed.sh --work <dir> --emulator <controller_emulator>
+#                  --scenario <id>=<program> [--scenario <id>=<program>]...
+#
+# Exit status: 0 all scenarios passed, 1 a failure, 77 skipped because QEMU,
+# busybox or the kernel package is not available. Under CI=true nothing is
+# skipped: a missing prerequisite is a failure.
+#
+# Environment: DIALCRAFT_USB_CACHE (kernel cache, default
+# ~/.cache/dialcraft-usb), DIALCRAFT_USB_ACCEL (tcg or kvm, skips the probe).
+set -uo pipefail
+
+here=$(cd "$(dirname "$0")" && pwd)
+# shellcheck source=testbed/kernel_cache.sh
+. "$here/testbed/kernel_cache.sh"
+# shellcheck source=testbed/module_list.sh
+. "$here/testbed/module_list.sh"
+# shellcheck source=testbed/initramfs.sh
+. "$here/testbed/initramfs.sh"
+# shellcheck source=testbed/results.sh
+. "$here/testbed/results.sh"
+
+# Seconds since <start> (a `date +%s.%N` value), to one decimal.
+seconds_since() {
+  awk -v start="$1" -v now="$(date +%s.%N)" 'BEGIN { printf "%.1f", now - start }'
+}
+
+run_started=$(date +%s.%N)
+work= emulator=
+scenario_ids=() scenario_programs=()
+while [ $# -gt 0 ]; do
+  case "$1" in
+    --work) work=$2; shift 2 ;;
+    --emulator) emulator=$2; shift 2 ;;
+    --scenario) scenario_ids+=("${2%%=*}"); scenario_programs+=("${2#*=}"); shift 2 ;;
+    *) echo "run_testbed.sh: unknown argument $1" >&2; exit 2 ;;
+  esac
+done
+if [ -z "$work" ] || [ -z "$emulator" ] || [ ${#scenario_ids[@]} -eq 0 ]; then
+  echo "usage: run_testbed.sh --work <dir> --emulator <path> --scenario <id>=<program>..." >&2
+  exit 2
+fi
+
+# Skips the test where the machine cannot run it, except under CI.
+unavailable() {
+  if [ "${CI:-}" = true ]; then
+    echo "testbed: FAILED: $* (CI=true: the test bed must run)"
+    exit 1
+  fi
+  echo "testbed: SKIPPED: $*"
+  exit 77
+}
+failed() {
+  echo "testbed: FAILED: $*"
+  exit 1
+}
+
+command -v qemu-system-x86_64 >/dev/null || unavailable "qemu-system-x86_64 not found (Debian package qemu-system-x86)"
+command -v busybox >/dev/null || unavailable "busybox not found (Debian package busybox-static)"
+for tool in dpkg-deb apt-get apt-cache ldd timeout flock gzip; do
+  command -v "$tool" >/dev/null || unavailable "$tool not found"
+done
+
+cache=${DIALCRAFT_USB_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/dialcraft-usb}
+if ! mkdir -p "$cache" 2>/dev/null || [ ! -w "$cache" ]; then
+  cache=$work/kernel-cache
+  mkdir -p "$cache" || failed "cannot create a kernel cache"
+fi
+mkdir -p "$work" || failed "cannot create $work"
+
+# One fetch at a time per cache, for builds that test side by side.
+exec 9>"$cache/.lock"
+flock -w 150 9 || failed "the kernel cache $cache stays locked by another run"
+kernel_fetch "$cache" || unavailable "$KERNEL_ERROR"
+flock -u 9
+kernel_image=$KERNEL_ROOT/boot/vmlinuz-$KERNEL_VERSION
+modules_dir=$KERNEL_ROOT/lib/modules/$KERNEL_VERSION
+[ -f "$kernel_image" ] || failed "no kernel image in $KERNEL_ROOT"
+echo "testbed: kernel $KERNEL_PACKAGE ($KERNEL_CACHE_STATE cache in $cache)"
+
+# dummy_hcd's num=2 gives two independent ports, for two controllers at once.
+module_load_order "$modules_dir" dummy_hcd libcomposite usb_f_midi snd-usb-audio \
+  snd-seq snd-seq-midi snd-seq-dummy >"$work/modules.order" || failed "kernel modules missing"
+sed -i 's|/dummy_hcd\.ko\(\.[a-z]*\)\?$|& num=2|' "$work/modules.order"
+
+: >"$work/scenarios"
+programs=("$emulator")
+for i in "${!scenario_ids[@]}"; do
+  program=${scenario_programs[$i]}
+  [ -x "$program" ] || failed "scenario program $program not built"
+  echo "${scenario_ids[$i]} $(basename "$program")" >>"$work/scenarios"
+  case " ${programs[*]} " in *" $program "*) ;; *) programs+=("$program") ;; esac
+done
+initramfs_build "$work/initramfs" "$work/initramfs.cpio.gz" "$modules_dir" "$here/testbed/vm_init.sh" \
+  "$work/modules.order" "$work/scenarios" "${programs[@]}" || failed "cannot build the initramfs"
+
+qemu_args=(-m 1024 -smp 1 -display none -monitor none -nic none -no-reboot -serial stdio
+  -kernel "$kernel_image" -append "console=ttyS0 quiet loglevel=3 panic=-1")
+# qboot starts a directly loaded kernel seconds sooner than the default BIOS.
+for rom in /usr/share/qemu/qboot.rom /usr/share/seabios/qboot.rom; do
+  [ -f "$rom" ] && { qemu_args+=(-bios "$rom"); break; }
+done
+
+# KVM may be present but unusable (nested machines): use it only when a probe
+# boot with it reaches user space in time. The answer is kept per build.
+choose_accel() {
+  if [ -n "${DIALCRAFT_USB_ACCEL:-}" ]; then
+    echo "$DIALCRAFT_USB_ACCEL"
+    return
+  fi
+  if [ -f "$work/accel" ]; then
+    cat "$work/accel"
+    return
+  fi
+  local accel=tcg
+  if [ -r /dev/kvm ] && [ -w /dev/kvm ]; then
+    local probe=$work/kvm-probe
+    rm -rf "$probe" && mkdir -p "$probe/root/bin"
+    cp -L "$(command -v busybox)" "$probe/root/bin/busybox"
+    initramfs_copy_libraries "$probe/root" "$(command -v busybox)"
+    printf '#!/bin/busybox sh\n/bin/busybox echo @@dialcraft-usb kvm-ok\n/bin/busybox poweroff -f\n' >"$probe/root/init"
+    chmod 755 "$probe/root/init"
+    (cd "$probe/root" && find . | busybox cpio -o -H newc 2>/dev/null) >"$probe/initramfs.cpio"
+    if timeout -k 2 8 qemu-system-x86_64 -accel kvm -cpu host "${qemu_args[@]}" \
+      -initrd "$probe/initramfs.cpio" </dev/null 2>/dev/null | grep -q '@@dialcraft-usb kvm-ok'; then
+      accel=kvm
+    fi
+    rm -rf "$probe"
+  fi
+  echo "$accel" >"$work/accel"
+  echo "$accel"
+}
+accel=$(choose_accel)
+[ "$accel" = kvm ] && qemu_args=(-accel kvm -cpu host "${qemu_args[@]}") || qemu_args=(-accel tcg "${qemu_args[@]}")
+
+# Every wait is bounded: QEMU is killed after vm_limit seconds.
+vm_limit=120
+console=$work/console.log
+echo "testbed: booting under $accel, $(du -m "$work/initramfs.cpio.gz" | cut -f1) MB initramfs, limit ${vm_limit} s"
+vm_started=$(date +%s.%N)
+boot_seconds=
+: >"$console"
+while IFS= read -r line; do
+  line=${line%$'\r'}
+  printf '%s\n' "$line" >>"$console"
+  case "$line" in
+    *"@@dialcraft-usb ready "*) boot_seconds=$(seconds_since "$vm_started") ;;
+    *"@@dialcraft-usb result "*) echo "testbed: ${line#*@@dialcraft-usb }" ;;
+  esac
+done < <(timeout -k 5 "$vm_limit" qemu-system-x86_64 "${qemu_args[@]}" -initrd "$work/initramfs.cpio.gz" </dev/null 2>&1)
+vm_seconds=$(seconds_since "$vm_started")
+run_seconds=$(seconds_since "$run_started")
+
+results_report "$console" "$work/scenarios" "$work/results.txt" \
+  "$accel" "$KERNEL_PACKAGE" "$KERNEL_CACHE_STATE" "$boot_seconds" "$vm_seconds" "$run_seconds"
+status=$?
+cat "$work/results.txt"
+if [ $status -ne 0 ]; then
+  echo "testbed: console log: $console"
+  grep -E '@@dialcraft-usb (check|fatal)|^@@dialcraft-usb result .* FAIL|^---- |^\| ' "$console" | head -n 200
+fi
+exit $status

@@ -1,0 +1,65 @@
+#!/bin/busybox sh
+# First and only process of the test VM: mounts the kernel file systems,
+# loads the USB gadget, USB audio and sequencer modules, runs each scenario
+# program in turn and powers off. Everything the host needs leaves on the
+# serial console as "@@dialcraft-usb" marker lines.
+/bin/busybox --install -s /bin
+export PATH=/bin
+
+mount -t proc proc /proc
+mount -t sysfs sysfs /sys
+mount -t devtmpfs devtmpfs /dev
+mount -t tmpfs tmpfs /tmp
+echo "@@dialcraft-usb booted $(cut -d' ' -f1 /proc/uptime)"
+
+fatal() {
+  echo "@@dialcraft-usb fatal $*"
+  echo "@@dialcraft-usb done"
+  poweroff -f
+}
+
+while read -r module params; do
+  # shellcheck disable=SC2086 # parameters are separate words on purpose
+  insmod "/lib/modules/$module" $params || fatal "insmod $module failed"
+done </lib/modules/load-order
+mount -t configfs configfs /sys/kernel/config || fatal "cannot mount configfs"
+
+for udc in dummy_udc.0 dummy_udc.1; do
+  [ -e "/sys/class/udc/$udc" ] || fatal "no $udc after loading dummy_hcd"
+done
+grep -q '"Midi Through"' /proc/asound/seq/clients || fatal "no Midi Through sequencer client"
+echo "@@dialcraft-usb ready $(cut -d' ' -f1 /proc/uptime)"
+
+# Takes apart whatever gadget a scenario left behind, so the next one starts
+# from an empty bus.
+remove_gadgets() {
+  for gadget in /sys/kernel/config/usb_gadget/*; do
+    [ -d "$gadget" ] || continue
+    echo "" >"$gadget/UDC" 2>/dev/null
+    rm -f "$gadget"/configs/*/*.usb0
+    rmdir "$gadget"/configs/*/strings/* "$gadget"/configs/* "$gadget"/functions/* "$gadget"/strings/* 2>/dev/null
+    rmdir "$gadget" || echo "@@dialcraft-usb warning cannot remove $gadget"
+  done
+}
+
+# Ends emulators that a killed scenario left running, by process id.
+stop_leftover_emulators() {
+  for exe in /proc/[0-9]*/exe; do
+    pid=${exe#/proc/}
+    pid=${pid%/exe}
+    [ "$(readlink "$exe" 2>/dev/null)" = /testbed/bin/controller_emulator ] && kill -9 "$pid"
+  done
+}
+
+while read -r id program; do
+  [ -n "$id" ] || continue
+  mkdir -p "/tmp/work-$id"
+  echo "@@dialcraft-usb start $id $(cut -d' ' -f1 /proc/uptime)"
+  timeout -s KILL 90 "/testbed/bin/$program" "$id" /testbed/bin/controller_emulator "/tmp/work-$id"
+  echo "@@dialcraft-usb exit $id $? $(cut -d' ' -f1 /proc/uptime)"
+  stop_leftover_emulators
+  remove_gadgets
+done </testbed/scenarios
+
+echo "@@dialcraft-usb done"
+poweroff -f

@@ -1,0 +1,27 @@
+#pragma once
+// Cuts a raw MIDI byte stream, as a controller's MIDI input receives it, into
+// whole messages: channel messages (with running status), system common
+// messages, system exclusive blocks and single-byte real-time messages.
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+using MidiMessage = std::vector<uint8_t>;
+
+class MidiStreamParser {
+public:
+    // Feeds one byte; returns the message it completes, if any. Real-time
+    // bytes (F8 to FF) are whole messages at once and leave a message in
+    // progress untouched. Stray data bytes without a status are dropped.
+    std::optional<MidiMessage> push(uint8_t byte);
+
+private:
+    MidiMessage pending_;
+    uint8_t running_status_ = 0;
+    size_t expected_data_ = 0;
+    bool in_sysex_ = false;
+};
+
+// Number of data bytes that follow a status byte (0 for real-time and the
+// single-byte system messages; system exclusive is open-ended and gives 0).
+size_t midi_data_length(uint8_t status);
