@@ -1,0 +1,47 @@
+#include "app_shell.h"
+
+#include <QFont>
+#include <QQmlApplicationEngine>
+#include <QQuickStyle>
+#include <QQuickWindow>
+#include <QUrl>
+
+Q_LOGGING_CATEGORY(logger, "io.github.dialcraft.ui")
+
+void configure_application(QGuiApplication& app)
+{
+    // The stored knob table lives in the settings of this organisation and application.
+    app.setOrganizationName(QStringLiteral("dialcraft"));
+    app.setApplicationName(QStringLiteral("dialcraft"));
+
+    // The labels are mostly Chinese: keep the system's face for Latin text and
+    // fall back to the simplified-Chinese CJK face for the rest, so Han
+    // characters never take the Japanese forms of a generic fallback.
+    QFont font = app.font();
+    font.setFamilies({font.family(), QStringLiteral("Noto Sans CJK SC")});
+    app.setFont(font);
+
+    // A desktop look on every platform; the set button draws its own face.
+    QQuickStyle::setStyle(QStringLiteral("Fusion"));
+}
+
+QQuickWindow* load_main_window(QQmlApplicationEngine& engine)
+{
+    engine.load(QUrl(QStringLiteral("qrc:/Dialcraft/Main.qml")));
+    const auto roots = engine.rootObjects();
+    return roots.isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(roots.first());
+}
+
+int dialcraftApp::run(int& argc, char** argv)
+{
+    QGuiApplication app(argc, argv);
+    configure_application(app);
+    scenePhase = app.applicationState();
+    QObject::connect(&app, &QGuiApplication::applicationStateChanged,
+                     [this](Qt::ApplicationState state) { scenePhase = state; });
+
+    QQmlApplicationEngine engine;
+    if (!load_main_window(engine))
+        return 1;
+    return app.exec();
+}

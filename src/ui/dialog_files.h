@@ -1,0 +1,21 @@
+#pragma once
+// Turns what a file dialog reports into the location the file transfer takes.
+#include <QObject>
+#include <QUrl>
+#include <QtQml/qqmlregistration.h>
+
+// Qt's own (non-native) save dialog reports the chosen file as a bare path
+// without the file scheme; native dialogs report a file URL. Both mean a
+// local file.
+QUrl chosen_file_url(const QUrl& reported);
+
+class DialogFiles : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+
+public:
+    explicit DialogFiles(QObject* parent = nullptr);
+
+    Q_INVOKABLE QUrl chosenFile(const QUrl& reported) const { return chosen_file_url(reported); }
+};

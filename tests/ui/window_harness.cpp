@@ -1,0 +1,247 @@
+#include "window_harness.h"
+
+#include <QQmlProperty>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QtQml/qqmlextensionplugin.h>
+
+#include <algorithm>
+
+Q_IMPORT_QML_PLUGIN(DialcraftPlugin)
+
+void prepare_ui_test_environment()
+{
+    QStandardPaths::setTestModeEnabled(true);
+    // Test mode alone shares one settings file among all test processes of the
+    // user; each window test keeps its store in a folder of its own.
+    static QTemporaryDir settingsFolder;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settingsFolder.path());
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settingsFolder.path());
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))
+        qputenv("QT_QUICK_BACKEND", "software");
+}
+
+WindowHarness::~WindowHarness()
+{
+    destroy();
+}
+
+QQuickWindow* WindowHarness::open()
+{
+    engine_ = std::make_unique<QQmlApplicationEngine>();
+    window_ = load_main_window(*engine_);
+    if (!window_)
+        return nullptr;
+    if (!QTest::qWaitForWindowExposed(window_))
+        return nullptr;
+    window_->requestActivate();
+    return QTest::qWaitForWindowActive(window_) ? window_ : nullptr;
+}
+
+void WindowHarness::close()
+{
+    if (window_)
+        window_->close();
+    QCoreApplication::processEvents();
+}
+
+void WindowHarness::destroy()
+{
+    engine_.reset();
+    window_ = nullptr;
+}
+
+ContentView* WindowHarness::contentView() const
+{
+    return window_ ? window_->findChild<ContentView*>() : nullptr;
+}
+
+GlobalState* WindowHarness::state() const
+{
+    ContentView* view = contentView();
+    return view ? view->globalState() : nullptr;
+}
+
+// Collects the items named `objectName`; every item when the name is empty.
+static void collect(QQuickItem* item, const QString& objectName, QList<QQuickItem*>& found)
+{
+    if (objectName.isEmpty() || item->objectName() == objectName)
+        found.append(item);
+    for (QQuickItem* child : item->childItems())
+        collect(child, objectName, found);
+}
+
+QList<QQuickItem*> WindowHarness::items(const QString& objectName, QQuickItem* root) const
+{
+    QList<QQuickItem*> found;
+    QQuickItem* start = root ? root : (window_ ? window_->contentItem() : nullptr);
+    if (start)
+        collect(start, objectName, found);
+    return found;
+}
+
+QQuickItem* WindowHarness::item(const QString& objectName, QQuickItem* root) const
+{
+    const auto found = items(objectName, root);
+    return found.isEmpty() ? nullptr : found.first();
+}
+
+QList<QQuickItem*> WindowHarness::panels() const
+{
+    QList<QQuickItem*> found = items(QStringLiteral("knobPanel"));
+    std::sort(found.begin(), found.end(), [](QQuickItem* a, QQuickItem* b) {
+        return a->property("displayPosition").toInt() < b->property("displayPosition").toInt();
+    });
+    return found;
+}
+
+QQuickItem* WindowHarness::panelShowingRecord(int recordIndex) const
+{
+    GlobalState* s = state();
+    for (QQuickItem* panel : panels()) {
+        if (panel->property("record").value<QObject*>() == s->record(recordIndex))
+            return panel;
+    }
+    return nullptr;
+}
+
+void WindowHarness::click(QQuickItem* target)
+{
+    const QPointF centre = target->mapToScene(QPointF(target->width() / 2, target->height() / 2));
+    QTest::mouseClick(window_, Qt::LeftButton, Qt::NoModifier, centre.toPoint());
+    QCoreApplication::processEvents();
+}
+
+void WindowHarness::typeInto(QQuickItem* field, const QString& text)
+{
+    click(field);
+    for (QChar c : text)
+        QTest::keyClick(window_, c.toLatin1());
+    QCoreApplication::processEvents();
+}
+
+void WindowHarness::replaceText(QQuickItem* field, const QString& text)
+{
+    click(field);
+    QTest::keyClick(window_, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(window_, Qt::Key_Backspace);
+    for (QChar c : text)
+        QTest::keyClick(window_, c.toLatin1());
+    QCoreApplication::processEvents();
+}
+
+static QQuickItem* popupList(QQuickItem* comboBox)
+{
+    QObject* popup = comboBox->property("popup").value<QObject*>();
+    return popup ? popup->property("contentItem").value<QQuickItem*>() : nullptr;
+}
+
+bool WindowHarness::choose(QQuickItem* comboBox, const QString& text)
+{
+    const int index = entries(comboBox).indexOf(text);
+    if (index < 0)
+        return false;
+    click(comboBox);
+    QObject* popup = comboBox->property("popup").value<QObject*>();
+    if (!popup || !QTest::qWaitFor([popup] { return popup->property("opened").toBool(); }))
+        return false;
+    QQuickItem* list = popupList(comboBox);
+    if (!list)
+        return false;
+    // Long lists scroll: bring the entry into view (ListView.Contain) first.
+    QMetaObject::invokeMethod(list, "positionViewAtIndex", Q_ARG(int, index), Q_ARG(int, 4));
+    QCoreApplication::processEvents();
+    QQuickItem* content = list->property("contentItem").value<QQuickItem*>();
+    for (QQuickItem* delegate : content->childItems()) {
+        if (delegate->isVisible() && delegate->property("text").toString() == text) {
+            click(delegate);
+            return QTest::qWaitFor([popup] { return !popup->property("visible").toBool(); });
+        }
+    }
+    return false;
+}
+
+QStringList WindowHarness::entries(QQuickItem* comboBox) const
+{
+    QStringList texts;
+    const int count = comboBox->property("count").toInt();
+    for (int i = 0; i < count; ++i) {
+        QString text;
+        QMetaObject::invokeMethod(comboBox, "textAt", Q_RETURN_ARG(QString, text), Q_ARG(int, i));
+        texts.append(text);
+    }
+    return texts;
+}
+
+QQuickItem* WindowHarness::dialogButton(const QString& text) const
+{
+    // A visible button of that text inside a dialog's button box.
+    for (QQuickItem* candidate : items(QString())) {
+        if (!candidate->isVisible() || !candidate->inherits("QQuickAbstractButton") ||
+            candidate->property("text").toString() != text)
+            continue;
+        for (QQuickItem* up = candidate->parentItem(); up; up = up->parentItem()) {
+            if (up->inherits("QQuickDialogButtonBox"))
+                return candidate;
+        }
+    }
+    return nullptr;
+}
+
+bool WindowHarness::acceptFileDialog(QObject* dialog, const QString& folder, const QString& fileName)
+{
+    if (!QTest::qWaitFor([dialog] { return dialog->property("visible").toBool(); }))
+        return false;
+    dialog->setProperty("currentFolder", QUrl::fromLocalFile(folder));
+    const bool saving = dialog->property("fileMode").toInt() == 2;  // FileDialog.SaveFile
+    if (saving) {
+        QQuickItem* field = item(QStringLiteral("fileNameTextField"));
+        if (!field || !QTest::qWaitFor([field] { return field->isVisible(); }))
+            return false;
+        replaceText(field, fileName);
+        QTest::keyClick(window_, Qt::Key_Return);  // the typed name becomes the selection
+        QCoreApplication::processEvents();
+        if (!dialog->property("visible").toBool())
+            return true;  // Return alone accepted it
+    } else {
+        QQuickItem* entry = nullptr;
+        (void)QTest::qWaitFor([&] {
+            for (QQuickItem* candidate : items(QString())) {
+                if (candidate->objectName().startsWith(QLatin1String("fileDialogDelegate")) &&
+                    candidate->property("fileName").toString() == fileName)
+                    entry = candidate;
+            }
+            return entry != nullptr;
+        });
+        if (!entry)
+            return false;
+        click(entry);
+    }
+    // Qt's own save dialog labels its accept button "Open" in some versions.
+    QQuickItem* button = saving ? dialogButton(QStringLiteral("Save")) : nullptr;
+    if (!button)
+        button = dialogButton(QStringLiteral("Open"));
+    if (!button)
+        return false;
+    click(button);
+    return QTest::qWaitFor([dialog] { return !dialog->property("visible").toBool(); });
+}
+
+bool WindowHarness::cancelFileDialog(QObject* dialog)
+{
+    if (!QTest::qWaitFor([dialog] { return dialog->property("visible").toBool(); }))
+        return false;
+    QQuickItem* button = dialogButton(QStringLiteral("Cancel"));
+    if (!button)
+        return false;
+    click(button);
+    return QTest::qWaitFor([dialog] { return !dialog->property("visible").toBool(); });
+}
+
+QImage WindowHarness::grab()
+{
+    return window_->grabWindow();
+}

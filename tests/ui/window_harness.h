@@ -1,0 +1,80 @@
+#pragma once
+// Opens the real main window offscreen and finds and drives its controls the
+// way a user would: clicks at an item's centre, typed keys, menu choices.
+#include <QGuiApplication>
+#include <QList>
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+
+#include <memory>
+
+#include "app_shell.h"
+#include "content_view.h"
+#include "model/global_state.h"
+
+class WindowHarness {
+public:
+    WindowHarness() = default;
+    ~WindowHarness();
+
+    // Loads and shows the main window and waits until it is drawn; the
+    // start-up hook has run when this returns.
+    QQuickWindow* open();
+    // Closes the window the way the user does and lets the close settle.
+    void close();
+    // Destroys window and engine without a close event.
+    void destroy();
+
+    QQuickWindow* window() const { return window_; }
+    ContentView* contentView() const;
+    GlobalState* state() const;
+
+    // Every item under `root` (the window's content when null) with this
+    // object name, in tree order.
+    QList<QQuickItem*> items(const QString& objectName, QQuickItem* root = nullptr) const;
+    QQuickItem* item(const QString& objectName, QQuickItem* root = nullptr) const;
+    // The knob panels, ordered by display position.
+    QList<QQuickItem*> panels() const;
+    QQuickItem* panelShowingRecord(int recordIndex) const;
+
+    void click(QQuickItem* target);
+    // Clicks into the field and types `text` (ASCII) key by key.
+    void typeInto(QQuickItem* field, const QString& text);
+    // Clicks into the field, selects all, deletes it and types `text` (ASCII).
+    void replaceText(QQuickItem* field, const QString& text);
+    // Opens a combo box's list and clicks the entry with that text; false when
+    // no entry carries it.
+    bool choose(QQuickItem* comboBox, const QString& text);
+    // The texts of a combo box's entries, in order.
+    QStringList entries(QQuickItem* comboBox) const;
+    // Completes an open file dialog through its own controls: goes to
+    // `folder`, picks or types `fileName` (ASCII) and presses Open or Save.
+    bool acceptFileDialog(QObject* dialog, const QString& folder, const QString& fileName);
+    // Presses the open file dialog's Cancel button.
+    bool cancelFileDialog(QObject* dialog);
+    // Grabs the current frame.
+    QImage grab();
+
+private:
+    QQuickItem* dialogButton(const QString& text) const;
+
+    std::unique_ptr<QQmlApplicationEngine> engine_;
+    QQuickWindow* window_ = nullptr;
+};
+
+// Test mode for documents, a private settings folder for this process,
+// offscreen platform unless one is chosen, software rendering. The test's
+// main then sets the application up as the program does.
+void prepare_ui_test_environment();
+
+#define DIALCRAFT_UI_TEST_MAIN(TestObject)          \
+    int main(int argc, char** argv)                 \
+    {                                               \
+        prepare_ui_test_environment();              \
+        QGuiApplication app(argc, argv);            \
+        configure_application(app);                 \
+        TestObject test;                            \
+        return QTest::qExec(&test, argc, argv);     \
+    }
