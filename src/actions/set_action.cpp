@@ -8,6 +8,7 @@
 #include "actions/integer_text.h"
 #include "actions/knob_parameter_check.h"
 #include "midi/console.h"
+#include "model/print_line.h"
 #include "midi/midi_link.h"
 #include "model/fatal_error.h"
 #include "model/global_state.h"
@@ -18,10 +19,6 @@ namespace {
 
 constexpr int family_size = 16;
 
-void print(const QString& line)
-{
-    console_line(line.toStdString());
-}
 
 // Serial "4AC%XCC27" of candidate i, read as a hexadecimal device code.
 uint32_t candidate_code(int i)
@@ -60,7 +57,7 @@ void choose_controller(GlobalState& globalState)
     for (int i = 0; i < family_size; ++i) {
         device_connect_id_arg = candidate_code(i);
         device_connect_state_retval[static_cast<size_t>(i)] = judge_device_connect_state_with_id(device_connect_id_arg);
-        print(QString::asprintf("i = 0x%02X, device_connect_id_arg = 0x%08X", i, device_connect_id_arg));
+        print_line(QString::asprintf("i = 0x%02X, device_connect_id_arg = 0x%08X", i, device_connect_id_arg));
     }
     unsigned answered = 0;
     for (int i = 0; i < family_size; ++i) {
@@ -76,7 +73,7 @@ void choose_controller(GlobalState& globalState)
             const uint32_t code = candidate_code(i);
             set_device_name(code);
             globalState.set_machine_type_menu_string(QString::asprintf("4AC%XCC27", i));
-            print(QString::asprintf("-%X--set_device_name(0x%08X);", i, code));
+            print_line(QString::asprintf("-%X--set_device_name(0x%08X);", i, code));
             break;
         }
         return;
@@ -84,7 +81,7 @@ void choose_controller(GlobalState& globalState)
 
     const QString serial = globalState.machine_type_menu_string();
     if (!serial.startsWith(QLatin1String("4AC")) || !serial.endsWith(QLatin1String("CC27"))) {
-        print(QStringLiteral("Error: Invalid machine type selected"));
+        print_line(QStringLiteral("Error: Invalid machine type selected"));
         return;
     }
     // "4ACC27" carries both affixes, overlapping: its middle would end before it starts.
@@ -92,23 +89,23 @@ void choose_controller(GlobalState& globalState)
         fatal_error(bad_range_message);
     const auto middle = parse_uint32(QStringView(serial).mid(3, serial.size() - 7), 16);
     if (!middle || *middle > 15) {
-        print(QStringLiteral("Error: Invalid middle hex value in machine type"));
+        print_line(QStringLiteral("Error: Invalid middle hex value in machine type"));
         return;
     }
     const uint32_t code = 0x4Au << 24 | (*middle + 0xC0) << 16 | 0xCC27;
     set_device_name(code);
-    print("User selected: " + globalState.machine_type_menu_string());
-    print(QString::asprintf("set_device_name(0x%08X);", code));
+    print_line("User selected: " + globalState.machine_type_menu_string());
+    print_line(QString::asprintf("set_device_name(0x%08X);", code));
 }
 
 void print_summary(const CreateSetupAreaViewData& data)
 {
-    print(QStringLiteral("--------------------------"));
-    print("硬件索引 : " + QString::number(data.knob_index()));
-    print("消息类型 : " + data.message_type_menu_string());
-    print("MIDI通道 : " + data.message_channel_menu_string());
-    print("控制器号 : " + data.message_controller_number_code_string());
-    print(QStringLiteral("--------------------------"));
+    print_line(QStringLiteral("--------------------------"));
+    print_line("硬件索引 : " + QString::number(data.knob_index()));
+    print_line("消息类型 : " + data.message_type_menu_string());
+    print_line("MIDI通道 : " + data.message_channel_menu_string());
+    print_line("控制器号 : " + data.message_controller_number_code_string());
+    print_line(QStringLiteral("--------------------------"));
 }
 
 // The status nibble of the knob's type, printing the type's word.
@@ -180,7 +177,7 @@ void setup_button_action(CreateSetupAreaViewData& data, GlobalState& globalState
         usb_midi_main(static_cast<int8_t>(c_arg_transfer_UInt8_1), static_cast<int8_t>(c_arg_transfer_UInt8_2),
                       static_cast<int8_t>(c_arg_transfer_UInt8_3), static_cast<int8_t>(c_arg_transfer_UInt8_4));
 
-    print(QString::number(command_setup_succeed_flag));
+    print_line(QString::number(command_setup_succeed_flag));
     if (command_setup_succeed_flag == 0)
         globalState.setFullText("旋钮" + knob + "-设置成功!");
     else

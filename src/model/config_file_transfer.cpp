@@ -4,25 +4,13 @@
 #include <QMetaObject>
 #include <QSaveFile>
 
-#include "midi/console.h"
 #include "model/configuration.h"
 #include "model/fatal_error.h"
 #include "model/handover.h"
 #include "model/list_notation.h"
+#include "model/print_line.h"
 #include "model/slot_mapping.h"
 #include "model/vocabulary.h"
-
-namespace {
-
-void print(const QString& line)
-{
-    console_line(line.toStdString());
-}
-
-// The working knob panels of the window: knobs 0 to 26, slots 0 to 80.
-constexpr int mapped_knob_count = 27;
-
-}  // namespace
 
 ConfigFileTransfer::ConfigFileTransfer(QObject* parent) : QObject(parent), document{QStringLiteral("123")} {}
 
@@ -106,16 +94,16 @@ void ConfigFileTransfer::exportCompleted(const QUrl& url)
     if (!url.isLocalFile() || !file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() ||
         !file.commit()) {
         const QString reason = url.isLocalFile() ? file.errorString() : QStringLiteral("Not a local file");
-        print(QStringLiteral("Failed to write file: ") + reason);
+        print_line(QStringLiteral("Failed to write file: ") + reason);
         return;
     }
-    print(url.toString(QUrl::FullyEncoded));
+    print_line(url.toString(QUrl::FullyEncoded));
 }
 
 void ConfigFileTransfer::exportFailed(const QString& error)
 {
     setExporting(false);
-    print(error);
+    print_line(error);
 }
 
 void ConfigFileTransfer::importButtonPressed()
@@ -128,7 +116,7 @@ void ConfigFileTransfer::importCompleted(const QUrl& url)
 {
     setImporting(false);
     const QString location = url.toString(QUrl::FullyEncoded);
-    print(location);
+    print_line(location);
     fileURLString_ = location;
     emit fileURLStringChanged();
 
@@ -136,7 +124,7 @@ void ConfigFileTransfer::importCompleted(const QUrl& url)
 
     // The file's slots are applied only once the event loop runs again, so the
     // records are refreshed from the table as it stood before this import.
-    print(QStringLiteral("PPP Loaded settings: ") + list_notation(configuration.settings));
+    print_line(QStringLiteral("PPP Loaded settings: ") + list_notation(configuration.settings));
     for (int i = 0; i < mapped_knob_count; ++i)
         SetupAreaData_index_config_to_UI(state(), i, SlotMappingView::CreateConfigAreaView);
     device_connect_state_retval[10] = 0;
@@ -146,7 +134,7 @@ void ConfigFileTransfer::importCompleted(const QUrl& url)
 void ConfigFileTransfer::importFailed(const QString& error)
 {
     setImporting(false);
-    print(error);
+    print_line(error);
 }
 
 void ConfigFileTransfer::dialogCancelled()
@@ -187,9 +175,9 @@ void ConfigFileTransfer::reverseUpdateDocument()
     }
     configuration.settings = std::move(pieces);
     if (expand)
-        print(QStringLiteral("Expanded configuration.settings to 300 elements"));
-    print(QStringLiteral("Updated configuration.settings count: ") + QString::number(configuration.settings.size()));
-    print(QStringLiteral("First 10 elements: ") + list_notation(configuration.settings.first(
+        print_line(QStringLiteral("Expanded configuration.settings to 300 elements"));
+    print_line(QStringLiteral("Updated configuration.settings count: ") + QString::number(configuration.settings.size()));
+    print_line(QStringLiteral("First 10 elements: ") + list_notation(configuration.settings.first(
                                                        std::min<qsizetype>(10, configuration.settings.size()))));
 }
 
@@ -197,21 +185,21 @@ void ConfigFileTransfer::loadFromLocalFile()
 {
     const QUrl url(fileURLString_, QUrl::StrictMode);
     if (fileURLString_.isEmpty() || !url.isValid() || url.isRelative()) {
-        print(QStringLiteral("Invalid URL"));
+        print_line(QStringLiteral("Invalid URL"));
         return;
     }
     if (!url.isLocalFile()) {
-        print(QStringLiteral("Failed to read file: ") + QStringLiteral("Only local files can be read"));
+        print_line(QStringLiteral("Failed to read file: ") + QStringLiteral("Only local files can be read"));
         return;
     }
     QFile file(url.toLocalFile());
     if (!file.open(QIODevice::ReadOnly)) {
-        print(QStringLiteral("Failed to read file: ") + file.errorString());
+        print_line(QStringLiteral("Failed to read file: ") + file.errorString());
         return;
     }
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError) {
-        print(QStringLiteral("Failed to read file: ") + file.errorString());
+        print_line(QStringLiteral("Failed to read file: ") + file.errorString());
         return;
     }
     const QString text = TextDocument::fromBytes(bytes).text;

@@ -1,17 +1,17 @@
 #include "model/slot_mapping.h"
 
 #include "actions/check_number_scope.h"
-#include "midi/console.h"
 #include "model/configuration.h"
 #include "model/fatal_error.h"
 #include "model/global_state.h"
+#include "model/print_line.h"
 #include "model/vocabulary.h"
 
 namespace {
 
 void print_progress(int config_index_i)
 {
-    console_line(("Accessing configuration.settings at index: " + QString::number(config_index_i)).toStdString());
+    print_line("Accessing configuration.settings at index: " + QString::number(config_index_i));
 }
 
 // The knob record is element i of SetupAreaData; any other index is a

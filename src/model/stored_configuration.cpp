@@ -7,7 +7,7 @@
 #include <QUrl>
 #include <QVariant>
 
-#include "midi/console.h"
+#include "model/print_line.h"
 #include "model/configuration_json.h"
 #include "model/fatal_error.h"
 
@@ -15,10 +15,6 @@ namespace {
 
 const QString configuration_key = QStringLiteral("configurationKey");
 
-void print(const QString& line)
-{
-    console_line(line.toStdString());
-}
 
 QSettings user_settings()
 {
@@ -41,7 +37,7 @@ void pad_to_300_slots(Configuration& config)
         return;
     while (config.settings.size() < 300)
         config.settings.append(blank_slot);
-    print(QStringLiteral("Expanded configuration.settings to 300 elements"));
+    print_line(QStringLiteral("Expanded configuration.settings to 300 elements"));
 }
 
 QString settings_status_text(QSettings::Status status)
@@ -102,7 +98,7 @@ void saveCustomInfo()
     else
         settings.remove(configuration_key);
     settings.sync();
-    print(QStringLiteral("Error saving configuration: ") + failure);
+    print_line(QStringLiteral("Error saving configuration: ") + failure);
 }
 
 void loadCustomInfo()
@@ -116,7 +112,7 @@ void loadCustomInfo()
     QString error;
     std::optional<Configuration> decoded = decode_configuration(stored.toByteArray(), &error);
     if (!decoded) {
-        print(QStringLiteral("Error loading configuration: ") + error);
+        print_line(QStringLiteral("Error loading configuration: ") + error);
         configuration = Configuration{initialSettings()};
         return;
     }
@@ -129,31 +125,31 @@ void saveConfiguration(const Configuration& config)
     const QString path = configuration_file_path();
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
-        print(QStringLiteral("Error saving configuration: ") + file.errorString());
+        print_line(QStringLiteral("Error saving configuration: ") + file.errorString());
         return;
     }
     const QByteArray bytes = encode_configuration(config);
     if (file.write(bytes) != bytes.size() || !file.commit()) {
-        print(QStringLiteral("Error saving configuration: ") + file.errorString());
+        print_line(QStringLiteral("Error saving configuration: ") + file.errorString());
         return;
     }
-    print(QStringLiteral("Configuration saved to ") + QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded));
+    print_line(QStringLiteral("Configuration saved to ") + QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded));
 }
 
 void loadConfiguration()
 {
     QFile file(configuration_file_path());
     if (!file.open(QIODevice::ReadOnly)) {
-        print(QStringLiteral("No configuration found or failed to decode"));
+        print_line(QStringLiteral("No configuration found or failed to decode"));
         return;
     }
     const QByteArray bytes = file.readAll();
     std::optional<Configuration> decoded =
         file.error() == QFileDevice::NoError ? decode_configuration(bytes) : std::nullopt;
     if (!decoded) {
-        print(QStringLiteral("No configuration found or failed to decode"));
+        print_line(QStringLiteral("No configuration found or failed to decode"));
         return;
     }
     loadedConfig = std::move(*decoded);
-    print(QStringLiteral("Configuration loaded successfully"));
+    print_line(QStringLiteral("Configuration loaded successfully"));
 }

@@ -5,18 +5,12 @@
 #include "model/slot_mapping.h"
 #include "model/stored_configuration.h"
 
-namespace {
-// Knobs 0 to 26 are the window's working panels; record 27 is the inert
-// placeholder and is neither restored nor stored.
-constexpr int last_mapped_knob = 26;
-}  // namespace
-
 void start_up_hook(GlobalState& state)
 {
     midi_init();
     set_device_name(default_device_code);
     loadCustomInfo();
-    for (int i = 0; i <= last_mapped_knob; ++i)
+    for (int i = 0; i < mapped_knob_count; ++i)
         SetupAreaData_index_config_to_UI(state, i, SlotMappingView::ContentView);
     device_connect_state_retval[10] = 0;
     device_connect_state_retval[11] = 0;
@@ -25,7 +19,7 @@ void start_up_hook(GlobalState& state)
 void shut_down_hook(GlobalState& state)
 {
     midi_exit();
-    for (int i = 0; i <= last_mapped_knob; ++i)
+    for (int i = 0; i < mapped_knob_count; ++i)
         SetupAreaData_index_UI_to_config(state, i, SlotMappingView::ContentView);
     saveCustomInfo();
 }

@@ -1,7 +1,7 @@
 #include "set_button_action.h"
 
 #include "actions/set_action.h"
-#include "midi/console.h"
+#include "model/print_line.h"
 
 SetButtonAction::SetButtonAction(QObject* parent) : QObject(parent) {}
 
@@ -25,7 +25,6 @@ void SetButtonAction::press()
 {
     if (!data_ || !globalState_)
         return;
-    const QString line = QString::number(data_->knob_index()) + QStringLiteral("号旋钮");
-    console_line(line.toStdString());
+    print_line(QString::number(data_->knob_index()) + QStringLiteral("号旋钮"));
     setup_button_action(*data_, *globalState_);
 }

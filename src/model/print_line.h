@@ -1,0 +1,11 @@
+#pragma once
+// Prints one application line (UTF-8, line feed) through the same single-write
+// console as the MIDI link, so the two kinds of lines keep their order.
+#include <QString>
+
+#include "midi/console.h"
+
+inline void print_line(const QString& line)
+{
+    console_line(line.toStdString());
+}
