@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <string>
 
-#include "midi/host_sim.h"
+#include "midi/sim/sim_midi_host.h"
 
 inline void populate_family_scene(SimMidiHost& sim, int online)
 {

@@ -1,7 +1,7 @@
 #include "actions/knob_parameter_check.h"
 
 #include "actions/check_number_scope.h"
-#include "midi/console.h"
+#include "base/console.h"
 #include "model/global_state.h"
 #include "model/vocabulary.h"
 
@@ -21,7 +21,7 @@ bool check_knob_parameters(const CreateSetupAreaViewData& data, GlobalState& glo
         globalState.setFullText(QStringLiteral("参数错误-控制器号\n范围0~127"));
 
     const QString type = data.message_type_menu_string();
-    const bool type_ok = type == NOTE_ON || type == NOTE_OFF || type == CONTROL_CHANGE || type == BEND_CHANGE;
+    const bool type_ok = is_programmable_type(type);
     if (type_ok)
         console_line("消息类型 ok");
     else

@@ -5,12 +5,12 @@
 
 #include <cstdint>
 
-#include "actions/integer_text.h"
+#include "base/integer_text.h"
 #include "actions/knob_parameter_check.h"
-#include "midi/console.h"
+#include "base/console.h"
 #include "model/print_line.h"
 #include "midi/midi_link.h"
-#include "model/fatal_error.h"
+#include "base/fatal_error.h"
 #include "model/global_state.h"
 #include "model/handover.h"
 #include "model/vocabulary.h"
@@ -87,7 +87,7 @@ void choose_controller(GlobalState& globalState)
     // "4ACC27" carries both affixes, overlapping: its middle would end before it starts.
     if (serial.size() < 7)
         fatal_error(bad_range_message);
-    const auto middle = parse_uint32(QStringView(serial).mid(3, serial.size() - 7), 16);
+    const auto middle = parse_uint32(serial.mid(3, serial.size() - 7).toStdString(), 16);
     if (!middle || *middle > 15) {
         print_line(QStringLiteral("Error: Invalid middle hex value in machine type"));
         return;
@@ -134,21 +134,21 @@ QString type_nibble(const QString& type)
 // hexadecimal texts.
 void stage_bytes(const CreateSetupAreaViewData& data)
 {
-    const int64_t controller = unwrap(parse_int64(data.message_controller_number_code_string(), 10));
+    const int64_t controller = unwrap(parse_int64(data.message_controller_number_code_string().toStdString(), 10));
     const QString controller_text = two_hex_digits(controller);
-    const int64_t channel = unwrap(parse_int64(data.message_channel_menu_string(), 10));
+    const int64_t channel = unwrap(parse_int64(data.message_channel_menu_string().toStdString(), 10));
     const QString channel_text = QString::number(channel - 1, 16);
     const QString nibble = type_nibble(data.message_type_menu_string());
     const QString knob_text = two_hex_digits(data.knob_index());
 
-    c_arg_transfer_UInt8_1 = unwrap(parse_uint8(knob_text, 16));
-    if (const auto type_channel = parse_int64(nibble + channel_text, 16)) {
+    c_arg_transfer_UInt8_1 = unwrap(parse_uint8(knob_text.toStdString(), 16));
+    if (const auto type_channel = parse_int64((nibble + channel_text).toStdString(), 16)) {
         if (*type_channel < 0 || *type_channel > UINT8_MAX)
             fatal_error(unwrap_nil_message);
         c_arg_transfer_UInt8_2 = static_cast<uint8_t>(*type_channel);
     }
-    c_arg_transfer_UInt8_3 = unwrap(parse_uint8(controller_text, 16));
-    c_arg_transfer_UInt8_4 = unwrap(parse_uint8(controller_text, 16));
+    c_arg_transfer_UInt8_3 = unwrap(parse_uint8(controller_text.toStdString(), 16));
+    c_arg_transfer_UInt8_4 = unwrap(parse_uint8(controller_text.toStdString(), 16));
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 // target controller.
 #include <cstring>
 
-#include "midi/console.h"
+#include "base/console.h"
 #include "midi/link_properties.h"
 #include "midi/midi_link.h"
 

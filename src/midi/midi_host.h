@@ -13,11 +13,17 @@ using MidiObjectRef = uint32_t;
 // Non-zero statuses are failures.
 using MidiStatus = int32_t;
 
-enum class MidiStringProperty { name, manufacturer, model };
+// `address` is where the service puts the object, as its own tools write it
+// (on ALSA "client:port" for endpoints, "client" for devices).
+enum class MidiStringProperty { name, manufacturer, model, address };
 enum class MidiIntegerProperty { offline };
 
 // Called on the service's own thread for every batch of received packets.
 using MidiReadProc = void (*)(const MidiPacketList* list, void* read_proc_ref, void* src_conn_ref);
+// Called, on any thread, after clients, ports or endpoints may have come,
+// gone or changed. It must not call back into the host: it only says "look
+// again".
+using MidiChangeProc = void (*)(void* context);
 
 class MidiHost {
 public:
@@ -51,12 +57,11 @@ public:
     // Sends one packet of raw MIDI bytes through `port` to `destination` at once.
     virtual MidiStatus send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes,
                             size_t length) = 0;
+
+    // Starts (proc != nullptr) or stops watching the service for changes.
+    // One watcher at a time; a new call replaces the previous one. Works
+    // whether or not a client is open. Returns a non-zero status when the
+    // service cannot be watched; nothing is called then.
+    virtual MidiStatus watch_changes(MidiChangeProc proc, void* context) = 0;
 };
 
-// The host the link uses: the one last set, or the platform's own.
-MidiHost& midi_host();
-// Selects the host for the link; nullptr restores the platform's own.
-void set_midi_host(MidiHost* host);
-
-// The platform's own host: the ALSA sequencer.
-std::unique_ptr<MidiHost> make_alsa_midi_host();

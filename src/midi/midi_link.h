@@ -5,7 +5,7 @@
 // Every function prints its diagnostic lines to standard output.
 #include <cstdint>
 
-#include "midi/midi_host.h"
+#include "midi/host_selection.h"
 
 // Device identity: the target name and the numbers derived from it.
 extern char device_name[24];

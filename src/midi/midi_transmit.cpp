@@ -2,7 +2,7 @@
 #include <sys/prctl.h>
 #include <unistd.h>
 
-#include "midi/console.h"
+#include "base/console.h"
 #include "midi/link_properties.h"
 #include "midi/midi_link.h"
 
@@ -133,6 +133,6 @@ uint8_t core_midi_send_msg(uint8_t status, uint8_t data1, uint8_t data2)
     MidiStatus sent = 0;
     const MidiPacket* p = &list->packet[0];
     for (uint32_t i = 0; i < list->numPackets; ++i, p = midi_packet_next(p))
-        sent = host.send(gOutPort, destination, p->data, p->length);
+        sent = midi_host_send(gOutPort, destination, p->data, p->length);
     return static_cast<uint8_t>(sent & 0xFF);
 }

@@ -5,7 +5,7 @@
 #include <QSaveFile>
 
 #include "model/configuration.h"
-#include "model/fatal_error.h"
+#include "base/fatal_error.h"
 #include "model/handover.h"
 #include "model/list_notation.h"
 #include "model/print_line.h"
@@ -167,15 +167,8 @@ void ConfigFileTransfer::reverseUpdateDocument()
     if (text.size() > start)
         pieces.append(text.mid(start));
 
-    const bool expand = pieces.size() < 300;
-    if (expand) {
-        pieces.reserve(300);
-        while (pieces.size() < 300)
-            pieces.append(blank_slot);
-    }
+    pad_to_300_slots(pieces);
     configuration.settings = std::move(pieces);
-    if (expand)
-        print_line(QStringLiteral("Expanded configuration.settings to 300 elements"));
     print_line(QStringLiteral("Updated configuration.settings count: ") + QString::number(configuration.settings.size()));
     print_line(QStringLiteral("First 10 elements: ") + list_notation(configuration.settings.first(
                                                        std::min<qsizetype>(10, configuration.settings.size()))));

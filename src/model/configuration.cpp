@@ -1,5 +1,7 @@
 #include "model/configuration.h"
 
+#include "model/print_line.h"
+
 const QString blank_slot = QStringLiteral("                    ");
 
 const QStringList& initialSettings()
@@ -12,3 +14,13 @@ const QStringList& initialSettings()
 
 Configuration configuration{initialSettings()};
 std::optional<Configuration> loadedConfig;
+
+void pad_to_300_slots(QStringList& settings)
+{
+    if (settings.size() >= 300)
+        return;
+    settings.reserve(300);
+    while (settings.size() < 300)
+        settings.append(blank_slot);
+    print_line(QStringLiteral("Expanded configuration.settings to 300 elements"));
+}

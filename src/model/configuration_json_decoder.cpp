@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "model/utf8_step.h"
+#include "base/utf8_step.h"
 
 namespace {
 

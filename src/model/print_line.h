@@ -3,7 +3,7 @@
 // console as the MIDI link, so the two kinds of lines keep their order.
 #include <QString>
 
-#include "midi/console.h"
+#include "base/console.h"
 
 inline void print_line(const QString& line)
 {

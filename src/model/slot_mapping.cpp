@@ -1,8 +1,8 @@
 #include "model/slot_mapping.h"
 
-#include "actions/check_number_scope.h"
+#include "base/fatal_error.h"
+#include "base/integer_text.h"
 #include "model/configuration.h"
-#include "model/fatal_error.h"
 #include "model/global_state.h"
 #include "model/print_line.h"
 #include "model/vocabulary.h"
@@ -34,12 +34,6 @@ QString& slot(qsizetype index)
     return settings[index];
 }
 
-bool is_accepted_type(const QString& text)
-{
-    // System Change is left out on purpose: a stored one comes back as the placeholder.
-    return text == NOTE_ON || text == NOTE_OFF || text == CONTROL_CHANGE || text == BEND_CHANGE;
-}
-
 }  // namespace
 
 void SetupAreaData_index_UI_to_config(GlobalState& state, int config_index_i, SlotMappingView)
@@ -60,15 +54,15 @@ void SetupAreaData_index_config_to_UI(GlobalState& state, int config_index_i, Sl
     const qsizetype first = qsizetype(config_index_i) * 3;
 
     const QString type = slot(first);
-    record.set_message_type_menu_string(is_accepted_type(type) ? type : Default_TYPE_STRING);
+    record.set_message_type_menu_string(is_programmable_type(type) ? type : Default_TYPE_STRING);
 
     const QString channel = slot(first + 1);
-    record.set_message_channel_menu_string(CheckNumberScope(channel, 1, 16) == 1 ? channel : QString());
+    record.set_message_channel_menu_string(number_in_scope(channel.toStdString(), 1, 16) == 1 ? channel : QString());
 
     // An invalid controller number clears the channel, not the controller
     // field; this crossing is long-standing behaviour and is kept on purpose.
     const QString controller = slot(first + 2);
-    if (CheckNumberScope(controller, 0, 127) == 1)
+    if (number_in_scope(controller.toStdString(), 0, 127) == 1)
         record.set_message_controller_number_code_string(controller);
     else
         record.set_message_channel_menu_string(QString());

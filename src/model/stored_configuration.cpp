@@ -9,7 +9,7 @@
 
 #include "model/print_line.h"
 #include "model/configuration_json.h"
-#include "model/fatal_error.h"
+#include "base/fatal_error.h"
 
 namespace {
 
@@ -28,16 +28,6 @@ QString configuration_file_path()
     if (folders.isEmpty())
         fatal_error(index_out_of_range_message);
     return folders.first() + QStringLiteral("/configuration.json");
-}
-
-// A loaded table covers at least knobs 0 to 99.
-void pad_to_300_slots(Configuration& config)
-{
-    if (config.settings.size() >= 300)
-        return;
-    while (config.settings.size() < 300)
-        config.settings.append(blank_slot);
-    print_line(QStringLiteral("Expanded configuration.settings to 300 elements"));
 }
 
 QString settings_status_text(QSettings::Status status)
@@ -117,7 +107,7 @@ void loadCustomInfo()
         return;
     }
     configuration = std::move(*decoded);
-    pad_to_300_slots(configuration);
+    pad_to_300_slots(configuration.settings);
 }
 
 void saveConfiguration(const Configuration& config)

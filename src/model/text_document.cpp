@@ -1,6 +1,6 @@
 #include "model/text_document.h"
 
-#include "model/utf8_step.h"
+#include "base/utf8_step.h"
 
 namespace {
 

@@ -1,5 +1,10 @@
 #include "model/vocabulary.h"
 
+bool is_programmable_type(const QString& text)
+{
+    return text == NOTE_ON || text == NOTE_OFF || text == CONTROL_CHANGE || text == BEND_CHANGE;
+}
+
 const QStringList& machine_type_array()
 {
     static const QStringList serials = [] {

@@ -8,9 +8,9 @@
 #include <QUrl>
 
 #include "model/configuration.h"
-#include "stdout_capture.h"
-#include "midi/host_sim.h"
-#include "midi/midi_host.h"
+#include "console_capture.h"
+#include "midi/sim/sim_midi_host.h"
+#include "midi/host_selection.h"
 #include "window_harness.h"
 
 class FileTransferTest : public QObject {
@@ -60,7 +60,7 @@ private slots:
         QCOMPARE(saveDialog()->property("selectedFile").toUrl().fileName(), QString());
 
         const QString path = dir.filePath(QStringLiteral("knobs.txt"));
-        StdoutCapture capture;
+        ConsoleCapture capture;
         const bool saved = harness.acceptFileDialog(saveDialog(), dir.path(), QStringLiteral("knobs.txt"));
         const QStringList lines = capture.finishLines();
 
@@ -97,7 +97,7 @@ private slots:
         QCOMPARE(textArea(), QStringLiteral("导入文件:\n导入配置文件"));
         QTRY_VERIFY(openDialog()->property("visible").toBool());
 
-        StdoutCapture capture;
+        ConsoleCapture capture;
         const bool opened = harness.acceptFileDialog(openDialog(), dir.path(), QStringLiteral("first.txt"));
         QTest::qWait(50);  // the file's slots are applied on the event loop
         const QStringList lines = capture.finishLines();
@@ -120,7 +120,7 @@ private slots:
         // The next import of any file refreshes the panels from the first one.
         harness.click(harness.item(QStringLiteral("importButton"), toolBar()));
         QTRY_VERIFY(openDialog()->property("visible").toBool());
-        StdoutCapture quiet;
+        ConsoleCapture quiet;
         const bool reopened = harness.acceptFileDialog(openDialog(), dir.path(), QStringLiteral("second.txt"));
         QTest::qWait(50);
         quiet.finish();
@@ -144,9 +144,9 @@ private slots:
         QTRY_VERIFY(openDialog()->property("visible").toBool());
         const QStringList table = configuration.settings;
 
-        StdoutCapture capture;
+        ConsoleCapture capture;
         const bool cancelled = harness.cancelFileDialog(openDialog());
-        const QByteArray printed = capture.finish();
+        const QByteArray printed = QByteArray::fromStdString(capture.finish());
 
         QVERIFY(cancelled);
         QVERIFY(!openDialog()->property("visible").toBool());

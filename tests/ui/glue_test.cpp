@@ -3,7 +3,7 @@
 
 #include "dialog_files.h"
 #include "set_button_action.h"
-#include "stdout_capture.h"
+#include "console_capture.h"
 #include "window_harness.h"
 
 class GlueTest : public QObject {
@@ -37,9 +37,9 @@ private slots:
     void setButtonPrintsTheKnobLineOnlyWithARecord()
     {
         SetButtonAction action;
-        StdoutCapture capture;
+        ConsoleCapture capture;
         action.press();  // no record, no state: nothing happens
-        QCOMPARE(capture.finish(), QByteArray());
+        QCOMPARE(QByteArray::fromStdString(capture.finish()), QByteArray());
     }
 };
 

@@ -4,9 +4,9 @@
 #include <QSettings>
 #include <QTest>
 
-#include "stdout_capture.h"
-#include "midi/host_sim.h"
-#include "midi/midi_host.h"
+#include "console_capture.h"
+#include "midi/sim/sim_midi_host.h"
+#include "midi/host_selection.h"
 #include "window_harness.h"
 
 class LayoutTest : public QObject {
@@ -114,11 +114,11 @@ private slots:
         CreateSetupAreaViewData* record = harness.state()->record(27);
         const QString fullText = harness.state()->fullText();
 
-        StdoutCapture capture;
+        ConsoleCapture capture;
         harness.click(harness.item(QStringLiteral("setButton"), panel));
         harness.typeInto(harness.item(QStringLiteral("channelField"), panel), QStringLiteral("5"));
         harness.click(harness.item(QStringLiteral("typeMenu"), panel));
-        const QByteArray printed = capture.finish();
+        const QByteArray printed = QByteArray::fromStdString(capture.finish());
 
         QCOMPARE(printed, QByteArray());
         QCOMPARE(harness.state()->fullText(), fullText);

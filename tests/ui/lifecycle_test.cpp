@@ -9,12 +9,12 @@
 #include <cstring>
 #include <memory>
 
-#include "midi/host_sim.h"
-#include "midi/midi_host.h"
+#include "midi/sim/sim_midi_host.h"
+#include "midi/host_selection.h"
 #include "midi/midi_link.h"
 #include "model/global_state.h"
 #include "model/handover.h"
-#include "stdout_capture.h"
+#include "console_capture.h"
 #include "window_harness.h"
 
 namespace {
@@ -78,7 +78,7 @@ private slots:
         device_connect_state_retval[11] = 1;
         device_connect_state_retval[12] = 1;
 
-        StdoutCapture capture;
+        ConsoleCapture capture;
         const bool opened = harness.open() != nullptr;
         const QStringList lines = capture.finishLines();
 
@@ -121,7 +121,7 @@ private slots:
         record27->set_message_controller_number_code_string(QStringLiteral("1"));
         QVERIFY(!store().contains(QStringLiteral("configurationKey")));  // nothing saves before closing
 
-        StdoutCapture capture;
+        ConsoleCapture capture;
         harness.close();
         harness.destroy();  // a close followed by destruction shuts down once
         const QStringList lines = capture.finishLines();
@@ -155,7 +155,7 @@ private slots:
         harness.close();
         harness.destroy();
 
-        StdoutCapture capture;
+        ConsoleCapture capture;
         const bool opened = harness.open() != nullptr;
         const QStringList lines = capture.finishLines();
 
@@ -190,13 +190,13 @@ private slots:
         QCOMPARE(shown(harness.panelShowingRecord(27), harness), QStringList({placeholder, "16", "127"}));
 
         // The stored "System Change" cannot be programmed: the set action says so.
-        StdoutCapture capture;
+        ConsoleCapture capture;
         harness.click(harness.item(QStringLiteral("setButton"), harness.panelShowingRecord(0)));
         capture.finish();
         QCOMPARE(harness.state()->fullText(),
                  QStringLiteral("参数错误-消息类型\n请下拉选择正确参数如Control Change\nNote On\n..."));
 
-        StdoutCapture closing;
+        ConsoleCapture closing;
         harness.close();
         closing.finish();
         const QByteArray saved = store().value(QStringLiteral("configurationKey")).toByteArray();
@@ -209,7 +209,7 @@ private slots:
         harness.replaceText(harness.item(QStringLiteral("channelField"), harness.panelShowingRecord(0)),
                             QStringLiteral("7"));
 
-        StdoutCapture capture;
+        ConsoleCapture capture;
         harness.destroy();
         const QStringList lines = capture.finishLines();
 
@@ -222,12 +222,12 @@ private slots:
     void showingAgainRunsNoHook()
     {
         QVERIFY(harness.open());
-        StdoutCapture capture;
+        ConsoleCapture capture;
         harness.window()->hide();
         QCoreApplication::processEvents();
         harness.window()->show();
         QVERIFY(QTest::qWaitForWindowExposed(harness.window()));
-        const QByteArray printed = capture.finish();
+        const QByteArray printed = QByteArray::fromStdString(capture.finish());
 
         QCOMPARE(printed, QByteArray());
         QVERIFY(!store().contains(QStringLiteral("configurationKey")));
@@ -276,7 +276,7 @@ private slots:
         QTimer::singleShot(0, qGuiApp, [this] { harness.window()->close(); });
         QTimer::singleShot(10000, qGuiApp, [] { QCoreApplication::exit(99); });  // never ended
 
-        StdoutCapture capture;
+        ConsoleCapture capture;
         const int result = QCoreApplication::exec();
         capture.finish();
 

@@ -6,9 +6,9 @@
 #include <cstring>
 
 #include "midi/midi_link.h"
-#include "stdout_capture.h"
-#include "midi/host_sim.h"
-#include "midi/midi_host.h"
+#include "console_capture.h"
+#include "midi/sim/sim_midi_host.h"
+#include "midi/host_selection.h"
 #include "window_harness.h"
 
 namespace {
@@ -102,9 +102,9 @@ private slots:
         char nameBefore[sizeof device_name];
         std::memcpy(nameBefore, device_name, sizeof device_name);
 
-        StdoutCapture capture;
+        ConsoleCapture capture;
         const bool chosen = harness.choose(menu, QStringLiteral("4ACECC27"));
-        const QByteArray printed = capture.finish();
+        const QByteArray printed = QByteArray::fromStdString(capture.finish());
 
         QVERIFY(chosen);
         QCOMPARE(state->machine_type_menu_string(), QStringLiteral("4ACECC27"));

@@ -7,9 +7,9 @@
 #include <chrono>
 #include <memory>
 
-#include "midi/host_sim.h"
-#include "midi/midi_host.h"
-#include "stdout_capture.h"
+#include "midi/sim/sim_midi_host.h"
+#include "midi/host_selection.h"
+#include "console_capture.h"
 #include "window_harness.h"
 
 using Bytes = std::vector<uint8_t>;
@@ -41,7 +41,7 @@ private slots:
         harness.replaceText(harness.item(QStringLiteral("controllerField"), panel), QStringLiteral("74"));
         sim->clear_sent();
 
-        StdoutCapture capture;
+        ConsoleCapture capture;
         harness.click(harness.item(QStringLiteral("setButton"), panel));
         const QStringList lines = capture.finishLines();
 
@@ -87,7 +87,7 @@ private slots:
         QVERIFY(harness.choose(harness.item(QStringLiteral("typeMenu"), panel), QStringLiteral("Note On")));
         harness.replaceText(harness.item(QStringLiteral("channelField"), panel), QStringLiteral("1"));
 
-        StdoutCapture capture;
+        ConsoleCapture capture;
         harness.click(harness.item(QStringLiteral("setButton"), panel));
         const QStringList lines = capture.finishLines();
 
@@ -112,7 +112,7 @@ private slots:
         QCOMPARE(harness.state()->record(12)->message_channel_menu_string(), QStringLiteral("ab"));
         sim->clear_sent();
 
-        StdoutCapture capture;
+        ConsoleCapture capture;
         harness.click(harness.item(QStringLiteral("setButton"), panel));
         const QStringList lines = capture.finishLines();
 
@@ -137,7 +137,7 @@ private slots:
         harness.replaceText(harness.item(QStringLiteral("channelField"), panel), QStringLiteral("3"));
         sim->clear_sent();
 
-        StdoutCapture capture;
+        ConsoleCapture capture;
         harness.click(harness.item(QStringLiteral("setButton"), panel));
         const QStringList lines = capture.finishLines();
 

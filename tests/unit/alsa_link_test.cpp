@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "console_capture.h"
 #include "midi/midi_link.h"
 
 // Without a sequencer device the platform's own service cannot be opened and
@@ -14,11 +15,11 @@ TEST(AlsaLink, WithoutSequencerNothingMatches)
         GTEST_SKIP() << "this machine has a sequencer";
     set_midi_host(nullptr);
     EXPECT_NE(midi_init(), 0);
-    ::testing::internal::CaptureStdout();
+    ConsoleCapture capture;
     const uint32_t index = set_device_name(0x4AC1CC27);
     const uint8_t failures = usb_midi_main(5, static_cast<int8_t>(0xB1), 74, 74);
     const uint8_t exit_status = midi_exit();
-    const std::string out = ::testing::internal::GetCapturedStdout();
+    const std::string out = capture.finish();
     EXPECT_EQ(index, 0xFFFFFFFFu);
     EXPECT_EQ(failures, 0);  // no devices at all
     EXPECT_NE(exit_status, 0);

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "actions/check_number_scope.h"
-#include "actions/integer_text.h"
+#include "base/integer_text.h"
 
 TEST(CheckNumberScope, ChannelRange)
 {
@@ -30,22 +30,22 @@ TEST(CheckNumberScope, UnparseableTextCountsAs255)
 
 TEST(CheckNumberScope, Int64Limits)
 {
-    EXPECT_EQ(parse_int64(u"9223372036854775807"), INT64_MAX);
-    EXPECT_EQ(parse_int64(u"-9223372036854775808"), INT64_MIN);
-    EXPECT_EQ(parse_int64(u"9223372036854775808"), std::nullopt);
-    EXPECT_EQ(parse_int64(u"-9223372036854775809"), std::nullopt);
+    EXPECT_EQ(parse_int64("9223372036854775807"), INT64_MAX);
+    EXPECT_EQ(parse_int64("-9223372036854775808"), INT64_MIN);
+    EXPECT_EQ(parse_int64("9223372036854775808"), std::nullopt);
+    EXPECT_EQ(parse_int64("-9223372036854775809"), std::nullopt);
 }
 
 TEST(IntegerText, HexadecimalUnsigned)
 {
-    EXPECT_EQ(parse_uint32(u"a", 16), 10u);
-    EXPECT_EQ(parse_uint32(u"F", 16), 15u);
-    EXPECT_EQ(parse_uint32(u"FFFFFFFF", 16), 0xFFFFFFFFu);
-    EXPECT_EQ(parse_uint32(u"100000000", 16), std::nullopt);
-    EXPECT_EQ(parse_uint32(u"", 16), std::nullopt);
-    EXPECT_EQ(parse_uint32(u"G", 16), std::nullopt);
-    EXPECT_EQ(parse_uint32(u"-1", 16), std::nullopt);
-    EXPECT_EQ(parse_uint8(u"ff", 16), 255);
-    EXPECT_EQ(parse_uint8(u"100", 16), std::nullopt);
-    EXPECT_EQ(parse_uint8(u"-0", 16), 0);
+    EXPECT_EQ(parse_uint32("a", 16), 10u);
+    EXPECT_EQ(parse_uint32("F", 16), 15u);
+    EXPECT_EQ(parse_uint32("FFFFFFFF", 16), 0xFFFFFFFFu);
+    EXPECT_EQ(parse_uint32("100000000", 16), std::nullopt);
+    EXPECT_EQ(parse_uint32("", 16), std::nullopt);
+    EXPECT_EQ(parse_uint32("G", 16), std::nullopt);
+    EXPECT_EQ(parse_uint32("-1", 16), std::nullopt);
+    EXPECT_EQ(parse_uint8("ff", 16), 255);
+    EXPECT_EQ(parse_uint8("100", 16), std::nullopt);
+    EXPECT_EQ(parse_uint8("-0", 16), 0);
 }

@@ -67,11 +67,11 @@ protected:
         {
             ConsoleCapture capture;
             transfer_.importCompleted(url);
-            out.during = capture.lines();
+            out.during = capture.finishLines();
         }
         ConsoleCapture capture;
         QCoreApplication::sendPostedEvents();
-        out.after = capture.lines();
+        out.after = capture.finishLines();
         return out;
     }
 
@@ -119,7 +119,7 @@ TEST_F(ConfigFileTransferTest, FreshTableExportsNinetyBlankLines)
     QSignalSpy changed(&transfer_, &ConfigFileTransfer::documentTextChanged);
     ConsoleCapture out;
     transfer_.updateDocument();
-    EXPECT_EQ(out.text(), "");
+    EXPECT_EQ(out.finish(), "");
     EXPECT_EQ(changed.count(), 1);
     const QByteArray bytes = transfer_.document.toBytes();
     EXPECT_EQ(bytes, QByteArray(20, ' ').append(QByteArray("\n").append(20, ' ').repeated(89)));
@@ -142,7 +142,7 @@ TEST_F(ConfigFileTransferTest, ExportPressCopiesKnobs0To26AndBuildsTheText)
     QSignalSpy exporting(&transfer_, &ConfigFileTransfer::exportingChanged);
     ConsoleCapture out;
     transfer_.exportButtonPressed();
-    EXPECT_EQ(out.lines(), accessing_lines());
+    EXPECT_EQ(out.finishLines(), accessing_lines());
     EXPECT_TRUE(transfer_.exporting());
     EXPECT_EQ(exporting.count(), 1);
     EXPECT_FALSE(transfer_.importing());
@@ -170,11 +170,11 @@ TEST_F(ConfigFileTransferTest, ExportCompletedWritesTheBytesAndPrintsTheLocation
     {
         ConsoleCapture out;
         transfer_.exportButtonPressed();
-        out.text();
+        out.finish();
     }
     ConsoleCapture out;
     transfer_.exportCompleted(url_of("knobs.txt"));
-    EXPECT_EQ(out.lines(), QStringList{url_of("knobs.txt").toString(QUrl::FullyEncoded)});
+    EXPECT_EQ(out.finishLines(), QStringList{url_of("knobs.txt").toString(QUrl::FullyEncoded)});
     EXPECT_FALSE(transfer_.exporting());
     const QByteArray bytes = read_file("knobs.txt");
     EXPECT_EQ(bytes, transfer_.document.text.toUtf8());
@@ -192,7 +192,7 @@ TEST_F(ConfigFileTransferTest, ExportReplacesAnExistingFile)
     transfer_.updateDocument();
     ConsoleCapture out;
     transfer_.exportCompleted(url_of("knobs.txt"));
-    out.text();
+    out.finish();
     EXPECT_EQ(read_file("knobs.txt"), QByteArray("a\nb"));
 }
 
@@ -202,7 +202,7 @@ TEST_F(ConfigFileTransferTest, ExportLocationWithBlanksIsPrintedAsAUrl)
     transfer_.updateDocument();
     ConsoleCapture out;
     transfer_.exportCompleted(url_of("my knobs/中.txt"));
-    EXPECT_EQ(QString::fromStdString(out.text()), "file://" + dir_.path() + "/my%20knobs/%E4%B8%AD.txt\n");
+    EXPECT_EQ(QString::fromStdString(out.finish()), "file://" + dir_.path() + "/my%20knobs/%E4%B8%AD.txt\n");
 }
 
 TEST_F(ConfigFileTransferTest, ExportThatCannotWritePrintsTheErrorAndChangesNothingElse)
@@ -211,7 +211,7 @@ TEST_F(ConfigFileTransferTest, ExportThatCannotWritePrintsTheErrorAndChangesNoth
     transfer_.document.text = "abc";
     ConsoleCapture out;
     transfer_.exportCompleted(url_of("missing folder/knobs.txt"));
-    const QStringList lines = out.lines();
+    const QStringList lines = out.finishLines();
     ASSERT_EQ(lines.size(), 1);
     EXPECT_TRUE(lines[0].startsWith("Failed to write file: ")) << lines[0].toStdString();
     EXPECT_GT(lines[0].size(), QString("Failed to write file: ").size());
@@ -225,7 +225,7 @@ TEST_F(ConfigFileTransferTest, DialogErrorsArePrintedAsGiven)
     {
         ConsoleCapture out;
         transfer_.exportFailed("The disk is full.");
-        EXPECT_EQ(out.text(), "The disk is full.\n");
+        EXPECT_EQ(out.finish(), "The disk is full.\n");
     }
     EXPECT_FALSE(transfer_.exporting());
     transfer_.importButtonPressed();
@@ -233,7 +233,7 @@ TEST_F(ConfigFileTransferTest, DialogErrorsArePrintedAsGiven)
     {
         ConsoleCapture out;
         transfer_.importFailed(QStringLiteral("无法打开"));
-        EXPECT_EQ(QString::fromStdString(out.text()), QStringLiteral("无法打开\n"));
+        EXPECT_EQ(QString::fromStdString(out.finish()), QStringLiteral("无法打开\n"));
     }
     QCoreApplication::sendPostedEvents();
     EXPECT_FALSE(transfer_.importing());
@@ -246,7 +246,7 @@ TEST_F(ConfigFileTransferTest, ImportPressShowsTheStatusText)
     QSignalSpy importing(&transfer_, &ConfigFileTransfer::importingChanged);
     ConsoleCapture out;
     transfer_.importButtonPressed();
-    EXPECT_EQ(out.text(), "");
+    EXPECT_EQ(out.finish(), "");
     EXPECT_TRUE(transfer_.importing());
     EXPECT_EQ(importing.count(), 1);
     EXPECT_EQ(state_.fullText(), QStringLiteral("导入文件:\n导入配置文件"));
@@ -259,7 +259,7 @@ TEST_F(ConfigFileTransferTest, CancelledDialogsOnlyLowerTheirFlags)
     state_.setFullText("unchanged");
     ConsoleCapture out;
     transfer_.dialogCancelled();
-    EXPECT_EQ(out.text(), "");
+    EXPECT_EQ(out.finish(), "");
     EXPECT_FALSE(transfer_.importing());
     EXPECT_FALSE(transfer_.exporting());
     EXPECT_EQ(state_.fullText(), "unchanged");
@@ -336,7 +336,7 @@ TEST_F(ConfigFileTransferTest, SplittingRules)
         transfer_.document.text = QString::fromUtf8(c.text);
         ConsoleCapture out;
         transfer_.reverseUpdateDocument();
-        out.text();
+        out.finish();
         EXPECT_EQ(configuration.settings.mid(0, c.pieces.size()), c.pieces) << c.text;
         EXPECT_EQ(configuration.settings.mid(c.pieces.size()), blanks(300 - int(c.pieces.size()))) << c.text;
     }
@@ -350,7 +350,7 @@ TEST_F(ConfigFileTransferTest, ShortTableIsListedWhole)
     transfer_.document.text = lines.join('\n');
     ConsoleCapture out;
     transfer_.reverseUpdateDocument();
-    const QStringList printed = out.lines();
+    const QStringList printed = out.finishLines();
     ASSERT_EQ(printed.size(), 2);
     EXPECT_EQ(printed[1], R"(First 10 elements: ["0", "1", "2", "3", "4", "5", "6", "7", "8", "9"])");
 }
@@ -372,7 +372,7 @@ TEST_F(ConfigFileTransferTest, ImportRefreshesRecordsFromTheOldTableAndAppliesTh
     {
         ConsoleCapture out;
         transfer_.importCompleted(first);
-        EXPECT_EQ(out.lines(), (QStringList{first.toString(QUrl::FullyEncoded),
+        EXPECT_EQ(out.finishLines(), (QStringList{first.toString(QUrl::FullyEncoded),
                                             "PPP Loaded settings: " + list_notation(old_table)}));
     }
     // Right after the completion handler: the records show the old table.
@@ -388,7 +388,7 @@ TEST_F(ConfigFileTransferTest, ImportRefreshesRecordsFromTheOldTableAndAppliesTh
     {
         ConsoleCapture out;
         QCoreApplication::processEvents();
-        EXPECT_EQ(out.lines().size(), 3);
+        EXPECT_EQ(out.finishLines().size(), 3);
     }
     EXPECT_EQ(configuration.settings.mid(0, 6), (QStringList{"Note Off", "4", "44", "Note On", "5", "55"}));
     EXPECT_EQ(configuration.settings.size(), 300);
@@ -414,7 +414,7 @@ TEST_F(ConfigFileTransferTest, ExportedPlaceholderComesBackAsControlChange)
         ConsoleCapture out;
         transfer_.exportButtonPressed();
         transfer_.exportCompleted(url_of("out.txt"));
-        out.text();
+        out.finish();
     }
     GlobalState other;
     ConfigFileTransfer panel;
@@ -425,7 +425,7 @@ TEST_F(ConfigFileTransferTest, ExportedPlaceholderComesBackAsControlChange)
     QCoreApplication::sendPostedEvents();
     panel.importCompleted(url_of("out.txt"));  // the refresh that shows the file
     QCoreApplication::sendPostedEvents();
-    out.text();
+    out.finish();
     expect_knob(other, 2, "Control Change", "7", "70");
     expect_knob(other, 0, "Control Change", "16", "127");
 }
@@ -441,7 +441,7 @@ TEST_F(ConfigFileTransferTest, EmptyChannelLineIsDroppedAndLaterKnobsShift)
         ConsoleCapture out;
         transfer_.exportButtonPressed();
         transfer_.exportCompleted(url_of("gap.txt"));
-        out.text();
+        out.finish();
     }
     EXPECT_TRUE(read_file("gap.txt").startsWith("Note On\n1\n60\nNote Off\n\n61\nBend Change\n3\n62\n"));
 
@@ -450,7 +450,7 @@ TEST_F(ConfigFileTransferTest, EmptyChannelLineIsDroppedAndLaterKnobsShift)
     QCoreApplication::sendPostedEvents();
     transfer_.importCompleted(url_of("gap.txt"));
     QCoreApplication::sendPostedEvents();
-    out.text();
+    out.finish();
     EXPECT_EQ(configuration.settings.mid(0, 8),
               (QStringList{"Note On", "1", "60", "Note Off", "61", "Bend Change", "3", "62"}));
     expect_knob(state_, 0, "Note On", "1", "60");
@@ -567,12 +567,12 @@ TEST_F(ConfigFileTransferTest, QueuedBlockIsDroppedWithItsPanel)
     {
         ConsoleCapture out;
         panel->importCompleted(write_file("three.txt", "Note On\n1\n60"));
-        out.text();
+        out.finish();
     }
     delete panel;
     ConsoleCapture out;
     QCoreApplication::sendPostedEvents();
-    EXPECT_EQ(out.text(), "");
+    EXPECT_EQ(out.finish(), "");
     EXPECT_EQ(configuration.settings, blanks(90));
 }
 

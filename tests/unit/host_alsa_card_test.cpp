@@ -4,7 +4,7 @@
 #include <cerrno>
 #include <filesystem>
 
-#include "midi/host_alsa_card.h"
+#include "midi/alsa/card_names.h"
 
 namespace {
 

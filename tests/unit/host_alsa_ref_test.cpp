@@ -1,7 +1,7 @@
 // The layout of the ALSA host's handles: kind, serial, client, port.
 #include <gtest/gtest.h>
 
-#include "midi/host_alsa_ref.h"
+#include "midi/alsa/object_ref.h"
 
 namespace {
 

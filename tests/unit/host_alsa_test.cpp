@@ -8,8 +8,8 @@
 #include <memory>
 #include <string>
 
-#include "midi/host_alsa_ref.h"
-#include "midi/midi_host.h"
+#include "midi/alsa/object_ref.h"
+#include "midi/alsa/alsa_midi_host.h"
 
 namespace {
 
@@ -43,6 +43,7 @@ TEST_F(AlsaHostWithoutSequencer, ClientCreateReturnsTheAlsaErrorAndLeavesTheHand
 TEST_F(AlsaHostWithoutSequencer, ClientCreatePrintsNothing)
 {
     MidiObjectRef client = 0;
+    // alsa-lib itself must stay silent, so the raw descriptors are caught here.
     testing::internal::CaptureStderr();
     testing::internal::CaptureStdout();
     const MidiStatus status = host->client_create("MIDI Client", &client);

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "actions/knob_parameter_check.h"
+#include "console_capture.h"
 #include "model/global_state.h"
 
 namespace {
@@ -21,9 +22,9 @@ CheckRun check(const QString& type, const QString& channel, const QString& contr
     knob->set_message_channel_menu_string(channel);
     knob->set_message_controller_number_code_string(controller);
     state.setFullText("before");
-    ::testing::internal::CaptureStdout();
+    ConsoleCapture capture;
     const bool passed = check_knob_parameters(*knob, state);
-    return {passed, ::testing::internal::GetCapturedStdout(), state.fullText()};
+    return {passed, capture.finish(), state.fullText()};
 }
 
 const QString type_message = QStringLiteral("参数错误-消息类型\n请下拉选择正确参数如Control Change\nNote On\n...");

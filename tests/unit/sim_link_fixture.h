@@ -6,7 +6,8 @@
 #include <functional>
 #include <string>
 
-#include "midi/host_sim.h"
+#include "console_capture.h"
+#include "midi/sim/sim_midi_host.h"
 #include "midi/midi_link.h"
 
 class SimLinkTest : public ::testing::Test {
@@ -27,9 +28,9 @@ protected:
     // Standard output printed while `f` runs.
     static std::string output_of(const std::function<void()>& f)
     {
-        ::testing::internal::CaptureStdout();
+        ConsoleCapture capture;
         f();
-        return ::testing::internal::GetCapturedStdout();
+        return capture.finish();
     }
     static void quietly(const std::function<void()>& f) { (void)output_of(f); }
 

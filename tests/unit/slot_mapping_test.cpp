@@ -30,7 +30,7 @@ protected:
     {
         ConsoleCapture out;
         SetupAreaData_index_config_to_UI(state, knob);
-        EXPECT_EQ(out.text(), "Accessing configuration.settings at index: " + std::to_string(knob) + "\n");
+        EXPECT_EQ(out.finish(), "Accessing configuration.settings at index: " + std::to_string(knob) + "\n");
     }
 
     static void expect_record(const CreateSetupAreaViewData* record, const QString& type, const QString& channel,
@@ -137,18 +137,18 @@ TEST_F(SlotMappingTest, MainWindowCopyPrintsProgressLinePanelCopyDoesNot)
     {
         ConsoleCapture out;
         SetupAreaData_index_config_to_UI(state, 12, SlotMappingView::ContentView);
-        EXPECT_EQ(out.text(), "Accessing configuration.settings at index: 12\n");
+        EXPECT_EQ(out.finish(), "Accessing configuration.settings at index: 12\n");
     }
     {
         ConsoleCapture out;
         SetupAreaData_index_config_to_UI(state, 12, SlotMappingView::CreateConfigAreaView);
-        EXPECT_EQ(out.text(), "");
+        EXPECT_EQ(out.finish(), "");
     }
     // Both record-to-table copies print the line, with the knob index.
     for (SlotMappingView view : {SlotMappingView::ContentView, SlotMappingView::CreateConfigAreaView}) {
         ConsoleCapture out;
         SetupAreaData_index_UI_to_config(state, 12, view);
-        EXPECT_EQ(out.text(), "Accessing configuration.settings at index: 12\n");
+        EXPECT_EQ(out.finish(), "Accessing configuration.settings at index: 12\n");
     }
 }
 
@@ -159,7 +159,7 @@ TEST_F(SlotMappingTest, UiToConfigWritesTheWorkedExampleIntoSlots15To17)
     state.record(5)->set_message_controller_number_code_string("74");
     ConsoleCapture out;
     SetupAreaData_index_UI_to_config(state, 5);
-    EXPECT_EQ(out.text(), "Accessing configuration.settings at index: 5\n");
+    EXPECT_EQ(out.finish(), "Accessing configuration.settings at index: 5\n");
     EXPECT_EQ(configuration.settings.size(), 90);
     EXPECT_EQ(configuration.settings[15], "Control Change");
     EXPECT_EQ(configuration.settings[16], "2");
@@ -174,7 +174,7 @@ TEST_F(SlotMappingTest, UiToConfigWritesEmptyChannelAndPlaceholderAsTheyStand)
     state.record(3)->set_message_controller_number_code_string(" 05 ");
     ConsoleCapture out;
     SetupAreaData_index_UI_to_config(state, 3);
-    out.text();
+    out.finish();
     EXPECT_EQ(configuration.settings[9], "选择消息类型");
     EXPECT_EQ(configuration.settings[10], "");
     EXPECT_EQ(configuration.settings[11], " 05 ");
@@ -212,7 +212,7 @@ TEST_F(SlotMappingTest, RoundTripOfKnobs0To26)
     ConsoleCapture out;
     for (int i = 0; i < 27; ++i)
         SetupAreaData_index_UI_to_config(state, i);
-    out.text();
+    out.finish();
     GlobalState other;
     for (int i = 0; i < 27; ++i)
         SetupAreaData_index_config_to_UI(other, i, SlotMappingView::CreateConfigAreaView);

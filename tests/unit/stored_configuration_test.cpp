@@ -70,7 +70,7 @@ protected:
     {
         ConsoleCapture out;
         loadCustomInfo();
-        return out.lines();
+        return out.finishLines();
     }
 };
 
@@ -107,7 +107,7 @@ TEST_F(StoredConfigurationTest, StoredKnob0ReachesItsRecord)
     GlobalState state;
     ConsoleCapture out;
     SetupAreaData_index_config_to_UI(state, 0);
-    EXPECT_EQ(out.text(), "Accessing configuration.settings at index: 0\n");
+    EXPECT_EQ(out.finish(), "Accessing configuration.settings at index: 0\n");
     EXPECT_EQ(state.record(0)->message_type_menu_string(), "Note On");
     EXPECT_EQ(state.record(0)->message_channel_menu_string(), "1");
     EXPECT_EQ(state.record(0)->message_controller_number_code_string(), "60");
@@ -117,7 +117,7 @@ TEST_F(StoredConfigurationTest, SavedInitialTableIsPaddedOnLoad)
 {
     ConsoleCapture save_out;
     saveCustomInfo();
-    EXPECT_EQ(save_out.text(), "");
+    EXPECT_EQ(save_out.finish(), "");
     configuration.settings.clear();
     EXPECT_EQ(load(), QStringList{"Expanded configuration.settings to 300 elements"});
     EXPECT_EQ(configuration.settings, blanks(300));
@@ -224,7 +224,7 @@ TEST_F(StoredConfigurationTest, SaveStoresTheExactJsonAsBinaryData)
     configuration.settings = {"Control Change", "2", "74", "a/b", QStringLiteral("选择消息类型")};
     ConsoleCapture out;
     saveCustomInfo();
-    EXPECT_EQ(out.text(), "");
+    EXPECT_EQ(out.finish(), "");
     const QVariant value = stored();
     EXPECT_EQ(value.typeId(), QMetaType::QByteArray);
     EXPECT_EQ(value.toByteArray(), QByteArray("{\"settings\":[\"Control Change\",\"2\",\"74\",\"a\\/b\",\"") +
@@ -236,7 +236,7 @@ TEST_F(StoredConfigurationTest, SavingAfterLoadingStores300SavingWithoutEntrySto
     ConsoleCapture out;
     loadCustomInfo();  // no entry: 90 slots
     saveCustomInfo();
-    EXPECT_EQ(out.text(), "");
+    EXPECT_EQ(out.finish(), "");
     EXPECT_EQ(decode_configuration(stored().toByteArray())->settings, blanks(90));
 
     loadCustomInfo();  // now padded to 300
@@ -257,7 +257,7 @@ TEST_F(StoredConfigurationTest, OtherEntriesOfTheStoreDoNotDisturbTheSave)
     configuration.settings = {"Note On", "1", "60"};
     ConsoleCapture out;
     saveCustomInfo();
-    EXPECT_EQ(out.text(), "");
+    EXPECT_EQ(out.finish(), "");
     EXPECT_EQ(stored().toByteArray(), QByteArray(R"({"settings":["Note On","1","60"]})"));
     EXPECT_EQ(store().value("zzz").toString(), "after");
     EXPECT_EQ(store().value("window/geometry").toByteArray(), QByteArray("\x01\x02)\n"));
@@ -317,47 +317,17 @@ QByteArray settings_file_bytes()
 }
 
 // Captures standard output through a pipe, which no file size limit affects.
-class PipeCapture {
-public:
-    PipeCapture()
-    {
-        std::fflush(stdout);
-        if (pipe(fds_) != 0)
-            ADD_FAILURE() << "pipe failed";
-        saved_ = dup(STDOUT_FILENO);
-        dup2(fds_[1], STDOUT_FILENO);
-    }
-    // Restores standard output and returns what was written (less than a pipe's buffer).
-    std::string text()
-    {
-        std::fflush(stdout);
-        dup2(saved_, STDOUT_FILENO);
-        close(saved_);
-        close(fds_[1]);
-        std::string out;
-        char buffer[4096];
-        for (ssize_t n; (n = read(fds_[0], buffer, sizeof buffer)) > 0;)
-            out.append(buffer, size_t(n));
-        close(fds_[0]);
-        return out;
-    }
-
-private:
-    int fds_[2] = {-1, -1};
-    int saved_ = -1;
-};
-
 // Saves a large table while file writes are capped at `limit` bytes and
 // returns what was printed.
 std::string save_under_limit(rlim_t limit)
 {
     configuration.settings = blanks(20000);
-    PipeCapture out;
+    ConsoleCapture out;
     {
         FileSizeLimit cap(limit);
         saveCustomInfo();
     }
-    return out.text();
+    return out.finish();
 }
 
 TEST_F(StoredConfigurationTest, SaveCutShortKeepsThePreviousStoredValue)
@@ -446,7 +416,7 @@ TEST_F(DocumentsFolderTest, SaveConfigurationWritesTheJsonAndPrintsTheFileUrl)
 {
     ConsoleCapture out;
     saveConfiguration(Configuration{{"Control Change", "2", "74"}});
-    EXPECT_EQ(QString::fromStdString(out.text()),
+    EXPECT_EQ(QString::fromStdString(out.finish()),
               "Configuration saved to file://" + file_path() + "\n");
     EXPECT_EQ(file_bytes(), QByteArray(R"({"settings":["Control Change","2","74"]})"));
     EXPECT_EQ(store().value(key).isValid(), false);  // the settings store is not touched
@@ -457,7 +427,7 @@ TEST_F(DocumentsFolderTest, SaveConfigurationReplacesTheFile)
     write_file("old contents that are longer than the new ones");
     ConsoleCapture out;
     saveConfiguration(Configuration{{}});
-    out.text();
+    out.finish();
     EXPECT_EQ(file_bytes(), QByteArray(R"({"settings":[]})"));
 }
 
@@ -466,7 +436,7 @@ TEST_F(DocumentsFolderTest, SaveConfigurationWithoutTheFolderPrintsTheError)
     ASSERT_TRUE(QDir(documents_).removeRecursively());
     ConsoleCapture out;
     saveConfiguration(Configuration{{"x"}});
-    const QStringList lines = out.lines();
+    const QStringList lines = out.finishLines();
     ASSERT_EQ(lines.size(), 1);
     EXPECT_TRUE(lines[0].startsWith("Error saving configuration: ")) << lines[0].toStdString();
     EXPECT_GT(lines[0].size(), QString("Error saving configuration: ").size());
@@ -476,12 +446,12 @@ TEST_F(DocumentsFolderTest, SaveConfigurationWithoutTheFolderPrintsTheError)
 TEST_F(DocumentsFolderTest, FailedSaveConfigurationKeepsThePreviousFile)
 {
     write_file(R"({"settings":["kept"]})");
-    PipeCapture out;
+    ConsoleCapture out;
     {
         FileSizeLimit limit(1024);
         saveConfiguration(Configuration{blanks(1000)});
     }
-    const std::string printed = out.text();
+    const std::string printed = out.finish();
     EXPECT_EQ(printed.rfind("Error saving configuration: ", 0), 0u) << printed;
     EXPECT_EQ(file_bytes(), QByteArray(R"({"settings":["kept"]})"));
 }
@@ -491,7 +461,7 @@ TEST_F(DocumentsFolderTest, LoadConfigurationFillsLoadedConfigOnly)
     write_file(R"({"settings":["Note On","1","60"],"other":true})");
     ConsoleCapture out;
     loadConfiguration();
-    EXPECT_EQ(out.text(), "Configuration loaded successfully\n");
+    EXPECT_EQ(out.finish(), "Configuration loaded successfully\n");
     ASSERT_TRUE(loadedConfig.has_value());
     EXPECT_EQ(loadedConfig->settings, (QStringList{"Note On", "1", "60"}));  // not padded
     EXPECT_EQ(configuration.settings, blanks(90));                          // not changed
@@ -503,7 +473,7 @@ TEST_F(DocumentsFolderTest, SaveThenLoadConfigurationRoundTrips)
     ConsoleCapture out;
     saveConfiguration(Configuration{settings});
     loadConfiguration();
-    EXPECT_EQ(QString::fromStdString(out.text()),
+    EXPECT_EQ(QString::fromStdString(out.finish()),
               "Configuration saved to file://" + file_path() + "\nConfiguration loaded successfully\n");
     ASSERT_TRUE(loadedConfig.has_value());
     EXPECT_EQ(loadedConfig->settings, settings);
@@ -515,14 +485,14 @@ TEST_F(DocumentsFolderTest, LoadConfigurationFailuresKeepLoadedConfig)
     {
         ConsoleCapture out;
         loadConfiguration();  // no file
-        EXPECT_EQ(out.text(), "No configuration found or failed to decode\n");
+        EXPECT_EQ(out.finish(), "No configuration found or failed to decode\n");
     }
     for (const QByteArray& bytes : {QByteArray("garbage"), QByteArray(R"({"settings":[1]})"), QByteArray(),
                                     QByteArray("\xff\xfe\x00{", 4)}) {
         write_file(bytes);
         ConsoleCapture out;
         loadConfiguration();
-        EXPECT_EQ(out.text(), "No configuration found or failed to decode\n") << bytes.toStdString();
+        EXPECT_EQ(out.finish(), "No configuration found or failed to decode\n") << bytes.toStdString();
     }
     // A folder where the file should be cannot be read either.
     ASSERT_TRUE(QFile::remove(file_path()));
@@ -530,7 +500,7 @@ TEST_F(DocumentsFolderTest, LoadConfigurationFailuresKeepLoadedConfig)
     {
         ConsoleCapture out;
         loadConfiguration();
-        EXPECT_EQ(out.text(), "No configuration found or failed to decode\n");
+        EXPECT_EQ(out.finish(), "No configuration found or failed to decode\n");
     }
     ASSERT_TRUE(loadedConfig.has_value());
     EXPECT_EQ(loadedConfig->settings, QStringList{"previous"});
@@ -544,7 +514,7 @@ TEST_F(DocumentsFolderTest, FileUrlOfAPathWithBlanksIsPercentEncoded)
     ASSERT_TRUE(QDir().mkpath(documents));
     ConsoleCapture out;
     saveConfiguration(Configuration{{"x"}});
-    EXPECT_EQ(QString::fromStdString(out.text()),
+    EXPECT_EQ(QString::fromStdString(out.finish()),
               "Configuration saved to file://" + home_.path() + "/my%20home/Documents/configuration.json\n");
 }
 

@@ -5,7 +5,7 @@
 #include "link_scenarios.h"
 #include "midi/midi_link.h"
 #include "scenario_steps.h"
-#include "stdout_capture.h"
+#include "console_capture.h"
 
 using namespace std::chrono_literals;
 
@@ -22,7 +22,7 @@ int knob_turn_scenario(const TestBed& bed)
     report.check(index != midi_no_match, "set_device_name(0x4AC1CC27) finds and connects the source");
 
     const std::string expected = "b0\t4a\t40\t\r\n";
-    StdoutCapture capture(bed.file("receive.out"));
+    ConsoleCapture capture;
     bool sent = emulator.send("b0 4a 40") && emulator.wait_for_line("sent ", 3s);
     bool printed = capture.wait_for_line(expected, 5s);
     std::string output = capture.finish();

@@ -3,13 +3,13 @@
 #include "link_scenarios.h"
 #include "midi/midi_link.h"
 #include "scenario_steps.h"
-#include "stdout_capture.h"
+#include "console_capture.h"
 
-int no_controller_scenario(const TestBed& bed)
+int no_controller_scenario(const TestBed&)
 {
     ScenarioReport report("6", "no controller: sixteen probes 0, \"midi init failed\" lines");
     midi_init();
-    FamilyProbe probe = probe_family(bed);
+    FamilyProbe probe = probe_family();
     check_family_probe(report, probe, {});
     int failed_lines = 0;
     for (const std::string& out : probe.output)

@@ -6,7 +6,7 @@
 #include "link_scenarios.h"
 #include "midi/midi_link.h"
 #include "scenario_steps.h"
-#include "stdout_capture.h"
+#include "console_capture.h"
 
 int other_family_scenario(const TestBed& bed)
 {
@@ -17,7 +17,7 @@ int other_family_scenario(const TestBed& bed)
         return report.finish();
 
     midi_init();
-    StdoutCapture capture(bed.file("select.out"));
+    ConsoleCapture capture;
     uint32_t index = set_device_name(0x16C3C008);
     std::string printed = capture.finish();
     bool ok = report.check(index != midi_no_match, "set_device_name(0x16C3C008) finds the source");
@@ -29,7 +29,7 @@ int other_family_scenario(const TestBed& bed)
                        "prints \"16C3C008 MIDI 1 is online\\r\\n\"");
     if (!ok)
         report.detail("output of set_device_name(0x16C3C008)", printed);
-    program_knob(report, bed, emulator,
+    program_knob(report, emulator,
                  {12, 0xEF, 127, {{0xF8}, {0x9F, 0x7F, 0x0C}, {0x8F, 0x7F, 0x0C}, {0xEF, 0x7F, 0x0C}, {0xF8}},
                   "knob 12 = Bend Change, channel 16, controller 127"});
     midi_exit();

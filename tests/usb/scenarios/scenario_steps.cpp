@@ -6,7 +6,7 @@
 
 #include "midi/midi_link.h"
 #include "sequencer_clients.h"
-#include "stdout_capture.h"
+#include "console_capture.h"
 
 using namespace std::chrono_literals;
 
@@ -86,11 +86,11 @@ bool plug_controller(ScenarioReport& report, UsbGadget& gadget, EmulatedControll
                         "the host shows the sequencer port \"" + serial + " MIDI 1\"");
 }
 
-FamilyProbe probe_family(const TestBed& bed)
+FamilyProbe probe_family()
 {
     FamilyProbe probe;
     for (unsigned i = 0; i < 16; ++i) {
-        StdoutCapture capture(bed.file("probe.out"));
+        ConsoleCapture capture;
         probe.answers[i] = judge_device_connect_state_with_id(0x4AC0CC27u + (i << 16));
         probe.output[i] = capture.finish();
     }
@@ -155,10 +155,10 @@ bool check_programming_received(ScenarioReport& report, const EmulatedController
     return ok;
 }
 
-void program_knob(ScenarioReport& report, const TestBed& bed, EmulatedController& emulator,
+void program_knob(ScenarioReport& report, EmulatedController& emulator,
                   const KnobRequest& request)
 {
-    StdoutCapture capture(bed.file("program.out"));
+    ConsoleCapture capture;
     uint8_t result = usb_midi_main(request.knob, static_cast<int8_t>(request.type_channel), request.controller,
                                    request.controller);
     std::string printed = capture.finish();

@@ -24,7 +24,7 @@ struct FamilyProbe {
 
 // Probes the device codes 0x4AC0CC27 to 0x4ACFCC27 in ascending order, each
 // with judge_device_connect_state_with_id, capturing what each one prints.
-FamilyProbe probe_family(const TestBed& bed);
+FamilyProbe probe_family();
 
 // Checks that exactly the probes in `online` (middle digits) answered 1 and
 // printed "<serial> MIDI 1 is online\r\n", and every other one answered 0
@@ -52,7 +52,7 @@ bool check_programming_received(ScenarioReport& report, const EmulatedController
 
 // Calls usb_midi_main for `request` and checks its result 0, the printed
 // send lines and what the controller received.
-void program_knob(ScenarioReport& report, const TestBed& bed, EmulatedController& emulator,
+void program_knob(ScenarioReport& report, EmulatedController& emulator,
                   const KnobRequest& request);
 
 // Waits briefly and checks that `emulator` received nothing at all.

@@ -14,7 +14,7 @@
 #include "model/handover.h"
 #include "model/knob_record.h"
 #include "scenario_steps.h"
-#include "stdout_capture.h"
+#include "console_capture.h"
 #include "watchdog.h"
 
 namespace {
@@ -35,7 +35,7 @@ int set_press_scenario(const TestBed& bed)
     report.check(state.machine_type_menu_string() == "4AC0CC27", "the menu starts on 4AC0CC27");
 
     midi_init();
-    StdoutCapture capture(bed.file("press.out"));
+    ConsoleCapture capture;
     setup_button_action(knob, state);
     std::string printed = capture.finish();
 

@@ -7,7 +7,7 @@
 #include "midi/midi_link.h"
 #include "scenario_steps.h"
 #include "sequencer_clients.h"
-#include "stdout_capture.h"
+#include "console_capture.h"
 
 using namespace std::chrono_literals;
 
@@ -31,7 +31,7 @@ int unplug_scenario(const TestBed& bed)
 
     midi_init();
     {
-        StdoutCapture capture(bed.file("select.out"));
+        ConsoleCapture capture;
         uint32_t index = set_device_name(0x4AC1CC27);
         std::string printed = capture.finish();
         report.check(index != midi_no_match, "set_device_name(0x4AC1CC27) finds the source");
@@ -49,7 +49,7 @@ int unplug_scenario(const TestBed& bed)
     report.check(other_client_present(), "another sequencer client (Midi Through) is present");
 
     {
-        StdoutCapture capture(bed.file("unplugged.out"));
+        ConsoleCapture capture;
         uint8_t result = usb_midi_main(5, static_cast<int8_t>(0xB1), 74, 74);
         std::string printed = capture.finish();
         bool ok = report.check(result == 5, "usb_midi_main returns 5 after the unplug (got " +
@@ -70,13 +70,13 @@ int unplug_scenario(const TestBed& bed)
     report.check(wait_for_sequencer_port("4AC1CC27", "4AC1CC27 MIDI 1", 15s),
                  "the host shows \"4AC1CC27 MIDI 1\" again");
     if (started) {
-        StdoutCapture capture(bed.file("reselect.out"));
+        ConsoleCapture capture;
         uint32_t index = set_device_name(0x4AC1CC27);
         std::string printed = capture.finish();
         report.check(index != midi_no_match, "set_device_name(0x4AC1CC27) finds the source again");
         report.check(count_lines(printed, "4AC1CC27 MIDI 1 is online\r\n") == 1,
                      "reselection prints \"4AC1CC27 MIDI 1 is online\\r\\n\"");
-        program_knob(report, bed, replugged,
+        program_knob(report, replugged,
                      {5, 0xB1, 74, {{0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}},
                       "knob 5 = Control Change, channel 2, controller 74"});
     }

@@ -39,9 +39,13 @@ public:
 
     MidiStatus send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes,
                     size_t length) override;
+    MidiStatus watch_changes(MidiChangeProc proc, void* context) override;
 
     struct State;
 
 private:
     std::unique_ptr<State> state_;
 };
+
+// The platform's own host: the ALSA sequencer.
+std::unique_ptr<MidiHost> make_alsa_midi_host();

@@ -1,11 +1,11 @@
-#include "midi/host_alsa.h"
+#include "midi/alsa/alsa_midi_host.h"
 
 #include <alsa/asoundlib.h>
 
 #include <algorithm>
 #include <cerrno>
 
-#include "midi/host_alsa_state.h"
+#include "midi/alsa/host_state.h"
 
 namespace {
 // alsa-lib reports some failures it also returns (such as a missing
@@ -205,4 +205,10 @@ MidiStatus AlsaMidiHost::port_dispose(MidiObjectRef port)
 std::unique_ptr<MidiHost> make_alsa_midi_host()
 {
     return std::make_unique<AlsaMidiHost>();
+}
+
+MidiStatus AlsaMidiHost::watch_changes(MidiChangeProc, void*)
+{
+    // Not watched yet: callers fall back to looking again on their own.
+    return -ENOSYS;
 }

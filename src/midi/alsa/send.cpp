@@ -4,8 +4,8 @@
 #include <cerrno>
 #include <memory>
 
-#include "midi/host_alsa.h"
-#include "midi/host_alsa_state.h"
+#include "midi/alsa/alsa_midi_host.h"
+#include "midi/alsa/host_state.h"
 
 namespace {
 

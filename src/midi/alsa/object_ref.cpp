@@ -1,4 +1,4 @@
-#include "midi/host_alsa_ref.h"
+#include "midi/alsa/object_ref.h"
 
 MidiObjectRef encode_alsa_ref(const AlsaRef& ref)
 {

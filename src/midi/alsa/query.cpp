@@ -8,9 +8,9 @@
 #include <memory>
 #include <string>
 
-#include "midi/host_alsa.h"
-#include "midi/host_alsa_card.h"
-#include "midi/host_alsa_state.h"
+#include "midi/alsa/alsa_midi_host.h"
+#include "midi/alsa/card_names.h"
+#include "midi/alsa/host_state.h"
 
 namespace {
 
@@ -210,7 +210,11 @@ MidiStatus AlsaMidiHost::get_string_property(MidiObjectRef obj, MidiStringProper
     if (MidiStatus err = state_->look_up(*ref, &names); err != 0)
         return err;
     std::string value;
-    if (prop == MidiStringProperty::name) {
+    if (prop == MidiStringProperty::address) {
+        value = std::to_string(ref->client);
+        if (is_port_kind(ref->kind))
+            value += ':' + std::to_string(ref->port);
+    } else if (prop == MidiStringProperty::name) {
         value = is_port_kind(ref->kind) ? names.port_name : names.client_name;
     } else {
         // A port's model and manufacturer are those of its client. A client of

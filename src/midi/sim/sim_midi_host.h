@@ -30,6 +30,8 @@ public:
     // An unplug: the object leaves its list and its handle stops working.
     void remove(int id);
     void set_name_absent(int id, bool absent);
+    // A client or port that renames itself.
+    void rename(int id, const std::string& name);
     // What sending to the destination returns (0 = delivered).
     void set_send_status(int destination_id, int status);
     // false: the service cannot be opened.
@@ -61,6 +63,9 @@ public:
     MidiStatus port_connect_source(MidiObjectRef port, MidiObjectRef source, void* conn_ref) override;
     MidiStatus port_disconnect_source(MidiObjectRef port, MidiObjectRef source) override;
     MidiStatus send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes, size_t length) override;
+    // Every add, remove, rename, offline or name change is reported, on the
+    // thread that made it, after the change.
+    MidiStatus watch_changes(MidiChangeProc proc, void* context) override;
 
 private:
     enum class Kind { device, source, destination, client, output_port, input_port };
@@ -89,6 +94,7 @@ private:
     std::vector<int>& list(Kind kind) { return lists_[static_cast<size_t>(kind)]; }
     const std::vector<int>& list(Kind kind) const { return lists_[static_cast<size_t>(kind)]; }
     void erase(int id);
+    void notify_changed();
 
     mutable std::mutex mutex_;
     std::map<int, Object> objects_;
@@ -97,4 +103,6 @@ private:
     std::vector<Packet> sent_;
     int next_id_ = 1;
     bool available_ = true;
+    MidiChangeProc change_proc_ = nullptr;
+    void* change_context_ = nullptr;
 };

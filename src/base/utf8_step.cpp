@@ -1,4 +1,4 @@
-#include "model/utf8_step.h"
+#include "base/utf8_step.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "midi/host_alsa_input.h"
+#include "midi/alsa/input_port.h"
 
 #include <alsa/asoundlib.h>
 #include <poll.h>

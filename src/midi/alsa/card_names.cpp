@@ -1,4 +1,4 @@
-#include "midi/host_alsa_card.h"
+#include "midi/alsa/card_names.h"
 
 #include <alsa/asoundlib.h>
 

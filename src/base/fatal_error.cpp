@@ -1,4 +1,4 @@
-#include "model/fatal_error.h"
+#include "base/fatal_error.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "midi/host_sim.h"
+#include "midi/sim/sim_midi_host.h"
 
 #include <algorithm>
 #include <cstring>
@@ -12,12 +12,37 @@ constexpr MidiStatus no_connection = -20;  // disconnecting what is not connecte
 
 int SimMidiHost::add(Kind kind, Object object)
 {
-    std::lock_guard lock(mutex_);
-    object.kind = kind;
-    const int id = next_id_++;
-    objects_.emplace(id, std::move(object));
-    list(kind).push_back(id);
+    int id = 0;
+    {
+        std::lock_guard lock(mutex_);
+        object.kind = kind;
+        id = next_id_++;
+        objects_.emplace(id, std::move(object));
+        list(kind).push_back(id);
+    }
+    notify_changed();
     return id;
+}
+
+void SimMidiHost::notify_changed()
+{
+    MidiChangeProc proc = nullptr;
+    void* context = nullptr;
+    {
+        std::lock_guard lock(mutex_);
+        proc = change_proc_;
+        context = change_context_;
+    }
+    if (proc)
+        proc(context);
+}
+
+MidiStatus SimMidiHost::watch_changes(MidiChangeProc proc, void* context)
+{
+    std::lock_guard lock(mutex_);
+    change_proc_ = proc;
+    change_context_ = context;
+    return 0;
 }
 
 int SimMidiHost::add_device(const std::string& name, const std::string& manufacturer, const std::string& model,
@@ -49,17 +74,23 @@ int SimMidiHost::add_destination(const std::string& name, bool offline)
 
 void SimMidiHost::set_offline(int id, bool offline)
 {
-    std::lock_guard lock(mutex_);
-    if (auto it = objects_.find(id); it != objects_.end())
-        it->second.offline = offline;
+    {
+        std::lock_guard lock(mutex_);
+        if (auto it = objects_.find(id); it != objects_.end())
+            it->second.offline = offline;
+    }
+    notify_changed();
 }
 
 void SimMidiHost::remove(int id)
 {
-    std::lock_guard lock(mutex_);
-    erase(id);
-    for (auto& [_, o] : objects_)
-        o.connections.erase(id);
+    {
+        std::lock_guard lock(mutex_);
+        erase(id);
+        for (auto& [_, o] : objects_)
+            o.connections.erase(id);
+    }
+    notify_changed();
 }
 
 void SimMidiHost::erase(int id)
@@ -74,9 +105,22 @@ void SimMidiHost::erase(int id)
 
 void SimMidiHost::set_name_absent(int id, bool absent)
 {
-    std::lock_guard lock(mutex_);
-    if (auto it = objects_.find(id); it != objects_.end())
-        it->second.name_absent = absent;
+    {
+        std::lock_guard lock(mutex_);
+        if (auto it = objects_.find(id); it != objects_.end())
+            it->second.name_absent = absent;
+    }
+    notify_changed();
+}
+
+void SimMidiHost::rename(int id, const std::string& name)
+{
+    {
+        std::lock_guard lock(mutex_);
+        if (auto it = objects_.find(id); it != objects_.end())
+            it->second.name = name;
+    }
+    notify_changed();
 }
 
 void SimMidiHost::set_send_status(int destination_id, int status)
@@ -281,7 +325,13 @@ MidiStatus SimMidiHost::get_string_property(MidiObjectRef obj, MidiStringPropert
     if (!o || size == 0)
         return not_found;
     const std::string* text = nullptr;
+    std::string address;
     switch (prop) {
+    case MidiStringProperty::address:
+        // The simulated service's own notation: "sim:" and the object's handle.
+        address = "sim:" + std::to_string(obj);
+        text = &address;
+        break;
     case MidiStringProperty::name:
         text = o->name_absent ? nullptr : &o->name;
         break;

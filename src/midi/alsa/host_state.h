@@ -1,14 +1,14 @@
 #pragma once
 // What the ALSA host keeps between calls: the clients it opened, and the
-// lookups from handles back to them. Private to the host_alsa*.cpp files.
+// lookups from handles back to them. Private to the files of this folder.
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "midi/host_alsa.h"
-#include "midi/host_alsa_input.h"
-#include "midi/host_alsa_ref.h"
+#include "midi/alsa/alsa_midi_host.h"
+#include "midi/alsa/input_port.h"
+#include "midi/alsa/object_ref.h"
 
 // The same incomplete types alsa-lib declares, so this header needs none of it.
 typedef struct _snd_seq snd_seq_t;

@@ -1,0 +1,24 @@
+#pragma once
+// Which MIDI service the link talks to, and the one path every send of the
+// link takes to it, so that what the service accepted can be observed.
+#include "midi/midi_host.h"
+
+// The host the link uses: the one last set, or the platform's own (the ALSA
+// sequencer), created on first use.
+MidiHost& midi_host();
+// Selects the host for the link; nullptr restores the platform's own.
+void set_midi_host(MidiHost* host);
+
+// Sees every send the link makes, with the status the service answered.
+// Called on the sending thread (the user-interface thread).
+class MidiSendObserver {
+public:
+    virtual ~MidiSendObserver() = default;
+    virtual void sent(MidiObjectRef destination, const uint8_t* bytes, size_t length, MidiStatus status) = 0;
+};
+
+// Makes `observer` the one observer (nullptr: none); returns the previous one.
+MidiSendObserver* set_midi_send_observer(MidiSendObserver* observer);
+
+// Sends through midi_host() and tells the observer what the service answered.
+MidiStatus midi_host_send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes, size_t length);
