@@ -13,22 +13,14 @@
 #include "midi/host_selection.h"
 #include "window_harness.h"
 
-class FileTransferTest : public QObject {
+class FileTransferTest : public WindowTest {
     Q_OBJECT
 
+public:
+    FileTransferTest() : WindowTest(Open::inInit) {}
+
 private slots:
-    void init()
-    {
-        set_midi_host(&sim);  // no real MIDI service: the same lines on every machine
-        QSettings().clear();
-        QVERIFY(dir.isValid());
-        QVERIFY(harness.open());
-    }
-    void cleanup()
-    {
-        harness.destroy();
-        set_midi_host(nullptr);
-    }
+    void initTestCase() { QVERIFY(dir.isValid()); }
 
     void toolbarHoldsImportThenExport()
     {
@@ -185,9 +177,7 @@ private:
         QCOMPARE(file.write(bytes), bytes.size());
     }
 
-    SimMidiHost sim;
     QTemporaryDir dir;
-    WindowHarness harness;
 };
 
 DIALCRAFT_UI_TEST_MAIN(FileTransferTest)

@@ -9,21 +9,13 @@
 #include "midi/host_selection.h"
 #include "window_harness.h"
 
-class LayoutTest : public QObject {
+class LayoutTest : public WindowTest {
     Q_OBJECT
 
+public:
+    LayoutTest() : WindowTest(Open::inInit) {}
+
 private slots:
-    void init()
-    {
-        set_midi_host(&sim);  // no real MIDI service: the same lines on every machine
-        QSettings().clear();
-        QVERIFY(harness.open());
-    }
-    void cleanup()
-    {
-        harness.destroy();
-        set_midi_host(nullptr);
-    }
 
     void showsExactlyTwentyEightPanelsInDisplayOrder()
     {
@@ -167,8 +159,6 @@ private:
         return scrollBar->property("contentItem").value<QQuickItem*>()->opacity();
     }
 
-    SimMidiHost sim;
-    WindowHarness harness;
 };
 
 DIALCRAFT_UI_TEST_MAIN(LayoutTest)

@@ -54,22 +54,13 @@ QStringList shown(QQuickItem* panel, WindowHarness& harness)
 }
 }  // namespace
 
-class LifecycleTest : public QObject {
+class LifecycleTest : public WindowTest {
     Q_OBJECT
 
+public:
+    LifecycleTest() : WindowTest(Open::byTest) {}
+
 private slots:
-    void init()
-    {
-        store().clear();
-        sim = std::make_unique<SimMidiHost>();
-        set_midi_host(sim.get());
-    }
-    void cleanup()
-    {
-        harness.destroy();
-        set_midi_host(nullptr);
-        sim.reset();
-    }
 
     void firstStartWithAnEmptyStore()
     {
@@ -286,8 +277,6 @@ private slots:
     }
 
 private:
-    std::unique_ptr<SimMidiHost> sim;
-    WindowHarness harness;
 };
 
 DIALCRAFT_UI_TEST_MAIN(LifecycleTest)

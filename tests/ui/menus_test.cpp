@@ -28,21 +28,13 @@ QStringList recordTexts(GlobalState* state)
 }
 }  // namespace
 
-class MenusTest : public QObject {
+class MenusTest : public WindowTest {
     Q_OBJECT
 
+public:
+    MenusTest() : WindowTest(Open::inInit) {}
+
 private slots:
-    void init()
-    {
-        set_midi_host(&sim);  // no real MIDI service: the same lines on every machine
-        QSettings().clear();
-        QVERIFY(harness.open());
-    }
-    void cleanup()
-    {
-        harness.destroy();
-        set_midi_host(nullptr);
-    }
 
     void typeMenuOffersExactlyFiveEntries()
     {
@@ -120,8 +112,6 @@ private slots:
     }
 
 private:
-    SimMidiHost sim;
-    WindowHarness harness;
 };
 
 DIALCRAFT_UI_TEST_MAIN(MenusTest)

@@ -14,22 +14,13 @@
 
 using Bytes = std::vector<uint8_t>;
 
-class SetButtonTest : public QObject {
+class SetButtonTest : public WindowTest {
     Q_OBJECT
 
+public:
+    SetButtonTest() : WindowTest(Open::byTest) {}
+
 private slots:
-    void init()
-    {
-        QSettings().clear();
-        sim = std::make_unique<SimMidiHost>();
-        set_midi_host(sim.get());
-    }
-    void cleanup()
-    {
-        harness.destroy();
-        set_midi_host(nullptr);
-        sim.reset();
-    }
 
     void pressProgramsTheOneConnectedController()
     {
@@ -162,8 +153,6 @@ private:
         return harness.item(QStringLiteral("textArea"))->property("text").toString();
     }
 
-    std::unique_ptr<SimMidiHost> sim;
-    WindowHarness harness;
 };
 
 DIALCRAFT_UI_TEST_MAIN(SetButtonTest)

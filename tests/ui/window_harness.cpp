@@ -2,6 +2,8 @@
 
 #include <QQmlProperty>
 #include <QSettings>
+
+#include "midi/host_selection.h"
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtQml/qqmlextensionplugin.h>
@@ -244,4 +246,20 @@ bool WindowHarness::cancelFileDialog(QObject* dialog)
 QImage WindowHarness::grab()
 {
     return window_->grabWindow();
+}
+
+void WindowTest::init()
+{
+    QSettings(QStringLiteral("dialcraft"), QStringLiteral("dialcraft")).clear();
+    sim = std::make_unique<SimMidiHost>();
+    set_midi_host(sim.get());
+    if (open_ == Open::inInit)
+        QVERIFY(harness.open());
+}
+
+void WindowTest::cleanup()
+{
+    harness.destroy();
+    set_midi_host(nullptr);
+    sim.reset();
 }

@@ -7,11 +7,13 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
+#include <QObject>
 
 #include <memory>
 
 #include "app_shell.h"
 #include "content_view.h"
+#include "midi/sim/sim_midi_host.h"
 #include "model/global_state.h"
 
 class WindowHarness {
@@ -62,6 +64,30 @@ private:
 
     std::unique_ptr<QQmlApplicationEngine> engine_;
     QQuickWindow* window_ = nullptr;
+};
+
+// What every window test program starts from: before each test a fresh
+// simulated MIDI service (no real one, so the same lines on every machine) and
+// an empty store, and the window opened when the program asks for it; after
+// each test the window destroyed and the platform's service back.
+class WindowTest : public QObject {
+    Q_OBJECT
+
+public:
+    enum class Open { inInit, byTest };
+
+protected:
+    explicit WindowTest(Open open) : open_(open) {}
+
+    std::unique_ptr<SimMidiHost> sim;
+    WindowHarness harness;
+
+private slots:
+    void init();
+    void cleanup();
+
+private:
+    Open open_;
 };
 
 // Test mode for documents, a private settings folder for this process,
