@@ -36,6 +36,16 @@ QStringList blanks(int n)
     return QStringList(n, QStringLiteral("                    "));
 }
 
+// A failed load prints one line: the fixed prefix and a description of the
+// failure, whose wording is the JSON library's and is not pinned here.
+void expect_one_error_line(const QStringList& lines, const QByteArray& stored = {})
+{
+    const QString prefix = QStringLiteral("Error loading configuration: ");
+    ASSERT_EQ(lines.size(), 1) << stored.toStdString();
+    EXPECT_TRUE(lines[0].startsWith(prefix)) << lines[0].toStdString();
+    EXPECT_GT(lines[0].size(), prefix.size()) << stored.toStdString();
+}
+
 class StoredConfigurationTest : public ::testing::Test {
 protected:
     void SetUp() override
@@ -145,27 +155,34 @@ TEST_F(StoredConfigurationTest, BytesThatAreNotJsonFallBackToTheUnpaddedInitialT
 {
     put(QByteArray("this is not JSON"));
     configuration.settings = {"stale"};
-    EXPECT_EQ(load(), QStringList{"Error loading configuration: The data is not valid JSON: invalid literal at offset 1."});
+    expect_one_error_line(load());
     EXPECT_EQ(configuration.settings, blanks(90));
 }
 
 TEST_F(StoredConfigurationTest, DamagedStoredValuesFallBackWithTheirReason)
 {
+    // Bytes that are not JSON: the reason is the JSON library's.
+    const QByteArray not_json[] = {
+        R"({"settings":["Note On","1","6)",
+        QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16),
+        "{\"settings\":[\"\xe9\x80\"]}",
+        QByteArray(),
+    };
+    for (const QByteArray& bytes : not_json) {
+        put(bytes);
+        configuration.settings = {"stale"};
+        expect_one_error_line(load(), bytes);
+        EXPECT_EQ(configuration.settings, blanks(90));
+    }
+    // JSON of the wrong shape: the decoder says what it missed.
     struct Case {
         QByteArray bytes;
         QString line;
     };
     const Case cases[] = {
-        {R"({"settings":["Note On","1","6)",
-         "Error loading configuration: The data is not valid JSON: unterminated string at offset 29."},
-        {QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16),
-         "Error loading configuration: The data is not valid JSON: unexpected character at offset 0."},
-        {"{\"settings\":[\"\xe9\x80\"]}",
-         "Error loading configuration: The data is not valid JSON: invalid UTF-8 in string at offset 14."},
         {R"({"settings":"Note On"})", R"(Error loading configuration: Expected an array of strings for key "settings".)"},
         {R"({"settings":["a",2]})", R"(Error loading configuration: Expected a string at "settings" index 1.)"},
         {R"({"configuration":[]})", R"(Error loading configuration: No value associated with key "settings".)"},
-        {QByteArray(), "Error loading configuration: The data is not valid JSON: unexpected end of data at offset 0."},
     };
     for (const Case& c : cases) {
         put(c.bytes);
@@ -182,9 +199,7 @@ TEST_F(StoredConfigurationTest, HugeGarbageFallsBack)
         garbage[i] = char((i * 2654435761u) >> 13);
     garbage[0] = '{';
     put(garbage);
-    const QStringList lines = load();
-    ASSERT_EQ(lines.size(), 1);
-    EXPECT_TRUE(lines[0].startsWith("Error loading configuration: The data is not valid JSON: ")) << lines[0].toStdString();
+    expect_one_error_line(load());
     EXPECT_EQ(configuration.settings, blanks(90));
 }
 
