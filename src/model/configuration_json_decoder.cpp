@@ -4,6 +4,8 @@
 // half-right slots.
 #include "model/configuration_json.h"
 
+#include <QStringDecoder>
+
 #include <nlohmann/json.hpp>
 
 #include <string>
@@ -61,6 +63,12 @@ std::optional<Configuration> decode_configuration(const QByteArray& bytes, QStri
     if (!settings->is_array())
         return refuse(error, QStringLiteral("Expected an array of strings for key \"settings\"."));
 
+    // QString::fromUtf8 drops a byte-order mark at the start of its input,
+    // which would turn a slot "\uFEFF5" into "5". This converter keeps U+FEFF
+    // wherever it stands, and Stateless makes each string start afresh. The
+    // parser has already checked that every string is well-formed UTF-8.
+    QStringDecoder utf8(QStringDecoder::Utf8,
+                        QStringConverter::Flag::ConvertInitialBom | QStringConverter::Flag::Stateless);
     QStringList strings;
     strings.reserve(qsizetype(settings->size()));
     for (const json& element : *settings) {
@@ -68,7 +76,7 @@ std::optional<Configuration> decode_configuration(const QByteArray& bytes, QStri
             return refuse(error,
                           QStringLiteral("Expected a string at \"settings\" index %1.").arg(strings.size()));
         const std::string& text = element.get_ref<const std::string&>();
-        strings.append(QString::fromUtf8(text.data(), qsizetype(text.size())));
+        strings.append(utf8.decode(QByteArrayView(text.data(), qsizetype(text.size()))));
     }
     return Configuration{std::move(strings)};
 }

@@ -357,6 +357,44 @@ TEST(ConfigurationJsonTest, AcceptsWhatStrictJsonAllows)
     EXPECT_EQ(error, R"(Expected an array of strings for key "settings".)");
 }
 
+// U+FEFF is an ordinary character inside a slot: a converter that drops a
+// leading byte-order mark would turn a channel "\uFEFF5" into "5", which then
+// passes its check.
+TEST(ConfigurationJsonTest, ByteOrderMarkInsideStringsIsKept)
+{
+    const QString bom(QChar(0xFEFF));
+    const struct {
+        QByteArray bytes;
+        QStringList settings;
+    } cases[] = {
+        {R"({"settings":["\ufeff5"]})", {bom + "5"}},
+        {R"({"settings":["\uFEFF5"]})", {bom + "5"}},
+        {R"({"settings":["5\ufeff5"]})", {"5" + bom + "5"}},
+        {R"({"settings":["5\ufeff"]})", {"5" + bom}},
+        {R"({"settings":["\ufeff"]})", {bom}},
+        {R"({"settings":["\ufeff\ufeff"]})", {bom + bom}},
+        {"{\"settings\":[\"\xef\xbb\xbf" "5\"]}", {bom + "5"}},
+        {"{\"settings\":[\"5\xef\xbb\xbf" "5\"]}", {"5" + bom + "5"}},
+        {"{\"settings\":[\"5\xef\xbb\xbf\"]}", {"5" + bom}},
+        {"{\"settings\":[\"\xef\xbb\xbf\"]}", {bom}},
+        {"{\"settings\":[\"\xef\xbb\xbf\xef\xbb\xbf\"]}", {bom + bom}},
+        // Every string starts afresh: a mark at the start of each one is kept.
+        {"{\"settings\":[\"\xef\xbb\xbf" "1\",\"\\ufeff2\",\"\xef\xbb\xbf" "3\"]}", {bom + "1", bom + "2", bom + "3"}},
+        // The document's own mark is skipped; the one inside the string is not.
+        {"\xef\xbb\xbf{\"settings\":[\"\xef\xbb\xbf" "5\"]}", {bom + "5"}},
+    };
+    for (const auto& c : cases) {
+        QString error;
+        const auto decoded = decode_configuration(c.bytes, &error);
+        ASSERT_TRUE(decoded.has_value()) << c.bytes.toStdString() << " " << error.toStdString();
+        EXPECT_EQ(decoded->settings, c.settings) << c.bytes.toStdString();
+    }
+    const QStringList table{bom + "5", "Control Change", "7" + bom, bom};
+    const std::optional<Configuration> round_trip = decode_configuration(encode(table));
+    ASSERT_TRUE(round_trip.has_value());
+    EXPECT_EQ(round_trip->settings, table);
+}
+
 TEST(ConfigurationJsonTest, HugeTablesRoundTrip)
 {
     QStringList settings;

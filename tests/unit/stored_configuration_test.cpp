@@ -302,6 +302,33 @@ TEST_F(StoredConfigurationTest, SlotsSurviveARoundTripThroughTheStore)
     EXPECT_EQ(configuration.settings, settings);
 }
 
+TEST_F(StoredConfigurationTest, ByteOrderMarkInASlotSurvivesSaveAndLoad)
+{
+    const QString bom(QChar(0xFEFF));
+    QStringList settings = blanks(300);
+    settings[15] = "Control Change";
+    settings[16] = bom + "5";  // a channel that must keep failing its check
+    settings[17] = "74";
+    settings[18] = bom;
+    settings[20] = "7" + bom + "4";
+    configuration.settings = settings;
+    saveCustomInfo();
+    EXPECT_TRUE(stored().toByteArray().contains("\"\xef\xbb\xbf" "5\""));
+    configuration.settings.clear();
+    EXPECT_EQ(load(), QStringList());
+    EXPECT_EQ(configuration.settings, settings);
+
+    // Read back as "5", the channel would now be accepted for knob 5.
+    GlobalState state;
+    {
+        ConsoleCapture out;
+        SetupAreaData_index_config_to_UI(state, 5);
+    }
+    EXPECT_EQ(state.record(5)->message_type_menu_string(), "Control Change");
+    EXPECT_EQ(state.record(5)->message_channel_menu_string(), "");
+    EXPECT_EQ(state.record(5)->message_controller_number_code_string(), "74");
+}
+
 // Writing the settings file is what can fail (serialising strings cannot).
 // A file-size limit makes the write fail even for root.
 class FileSizeLimit {
@@ -520,6 +547,18 @@ TEST_F(DocumentsFolderTest, SaveThenLoadConfigurationRoundTrips)
     loadConfiguration();
     EXPECT_EQ(QString::fromStdString(out.text()),
               "Configuration saved to file://" + file_path() + "\nConfiguration loaded successfully\n");
+    ASSERT_TRUE(loadedConfig.has_value());
+    EXPECT_EQ(loadedConfig->settings, settings);
+}
+
+TEST_F(DocumentsFolderTest, ByteOrderMarkInASlotSurvivesTheFile)
+{
+    const QString bom(QChar(0xFEFF));
+    const QStringList settings{bom + "5", "5" + bom, bom};
+    ConsoleCapture out;
+    saveConfiguration(Configuration{settings});
+    EXPECT_EQ(file_bytes(), QByteArray("{\"settings\":[\"\xef\xbb\xbf" "5\",\"5\xef\xbb\xbf\",\"\xef\xbb\xbf\"]}"));
+    loadConfiguration();
     ASSERT_TRUE(loadedConfig.has_value());
     EXPECT_EQ(loadedConfig->settings, settings);
 }
