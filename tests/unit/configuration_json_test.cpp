@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "qt_printers.h"
+#include "random_text.h"
 
 #include <string>
 
@@ -393,6 +394,31 @@ TEST(ConfigurationJsonTest, ByteOrderMarkInsideStringsIsKept)
     const std::optional<Configuration> round_trip = decode_configuration(encode(table));
     ASSERT_TRUE(round_trip.has_value());
     EXPECT_EQ(round_trip->settings, table);
+}
+
+// Whatever the table holds, decoding gives back exactly the strings that
+// were encoded (see random_text.h for what is drawn and why lone surrogates
+// are not).
+TEST(ConfigurationJsonTest, RandomTablesRoundTripExactly)
+{
+    RandomText random(20240611);
+    for (int round = 0; round < 3000; ++round) {
+        const QStringList settings = random.table(int(random.pick(0, 12)), 24);
+        const QByteArray bytes = encode(settings);
+        for (char byte : bytes)
+            ASSERT_GE(static_cast<unsigned char>(byte), 0x20) << "round " << round;
+        const std::optional<Configuration> decoded = decode_configuration(bytes);
+        ASSERT_TRUE(decoded.has_value()) << "round " << round;
+        ASSERT_EQ(decoded->settings, settings) << "round " << round << ": " << bytes.toStdString();
+    }
+}
+
+// A lone surrogate is not a character and has no UTF-8 form: the encoder
+// writes '?' in its place, so such a string does not survive a save.
+TEST(ConfigurationJsonTest, LoneSurrogatesAreWrittenAsQuestionMarks)
+{
+    const QString lone = QStringLiteral("a") + QChar(0xD83C) + QStringLiteral("b") + QChar(0xDF9B);
+    EXPECT_EQ(encode({lone}), QByteArray(R"({"settings":["a?b?"]})"));
 }
 
 TEST(ConfigurationJsonTest, HugeTablesRoundTrip)

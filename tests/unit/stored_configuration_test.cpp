@@ -16,6 +16,7 @@
 
 #include "console_capture.h"
 #include "isolated_settings.h"
+#include "random_text.h"
 #include "model/configuration.h"
 #include "model/configuration_json.h"
 #include "model/global_state.h"
@@ -329,6 +330,23 @@ TEST_F(StoredConfigurationTest, ByteOrderMarkInASlotSurvivesSaveAndLoad)
     EXPECT_EQ(state.record(5)->message_controller_number_code_string(), "74");
 }
 
+// The settings store keeps the JSON bytes as they are, so random tables come
+// back exactly. 300 slots: no padding on load.
+TEST_F(StoredConfigurationTest, RandomTablesSurviveSaveAndLoad)
+{
+    RandomText random(7);
+    for (int round = 0; round < 20; ++round) {
+        const QStringList settings = random.table(300, 16);
+        configuration.settings = settings;
+        ConsoleCapture out;
+        saveCustomInfo();
+        configuration.settings.clear();
+        loadCustomInfo();
+        ASSERT_EQ(out.text(), "") << "round " << round;
+        ASSERT_EQ(configuration.settings, settings) << "round " << round;
+    }
+}
+
 // Writing the settings file is what can fail (serialising strings cannot).
 // A file-size limit makes the write fail even for root.
 class FileSizeLimit {
@@ -561,6 +579,21 @@ TEST_F(DocumentsFolderTest, ByteOrderMarkInASlotSurvivesTheFile)
     loadConfiguration();
     ASSERT_TRUE(loadedConfig.has_value());
     EXPECT_EQ(loadedConfig->settings, settings);
+}
+
+TEST_F(DocumentsFolderTest, RandomTablesSurviveTheFile)
+{
+    RandomText random(11);
+    for (int round = 0; round < 20; ++round) {
+        const QStringList settings = random.table(int(random.pick(0, 120)), 16);
+        ConsoleCapture out;
+        saveConfiguration(Configuration{settings});
+        loadConfiguration();
+        ASSERT_EQ(QString::fromStdString(out.text()),
+                  "Configuration saved to file://" + file_path() + "\nConfiguration loaded successfully\n");
+        ASSERT_TRUE(loadedConfig.has_value());
+        ASSERT_EQ(loadedConfig->settings, settings) << "round " << round;
+    }
 }
 
 TEST_F(DocumentsFolderTest, LoadConfigurationFailuresKeepLoadedConfig)
