@@ -41,8 +41,7 @@ std::optional<Configuration> decode_configuration(const QByteArray& bytes, QStri
 {
     json document;
     try {
-        // Iterators, not a C string: an embedded NUL must count as a byte,
-        // not as the end of the input.
+        // The whole array by its size; the bytes need not end in a NUL.
         document = json::parse(bytes.cbegin(), bytes.cend());
     } catch (const json::exception& e) {
         return refuse(error, describe(e));
