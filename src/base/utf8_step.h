@@ -1,5 +1,5 @@
 #pragma once
-// One step of UTF-8 decoding, shared by the file reader and the JSON decoder.
+// One step of UTF-8 decoding, used by the text-file reader.
 #include <cstdint>
 
 struct Utf8Step {
