@@ -54,9 +54,12 @@ be exported to and imported from plain-text files.")
 
 # Libraries the program links come from dpkg-shlibdeps. The window's QML
 # modules and the font of its Chinese labels are loaded at run time, so they
-# are named here.
+# are named here. (QtQml, which QtQuick imports, also has a copy built into
+# the Qt libraries; the module package's files are used when it is installed,
+# so it is named too, and the program runs the same everywhere.)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(DIALCRAFT_RUNTIME_PACKAGES
+  qml6-module-qtqml
   qml6-module-qtquick
   qml6-module-qtquick-controls
   qml6-module-qtquick-dialogs
