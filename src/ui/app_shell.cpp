@@ -1,6 +1,7 @@
 #include "app_shell.h"
 
 #include <QFont>
+#include <QIcon>
 #include <QQmlApplicationEngine>
 #include <QQuickStyle>
 #include <QQuickWindow>
@@ -13,6 +14,16 @@ void configure_application(QGuiApplication& app)
     // The stored knob table lives in the settings of this organisation and application.
     app.setOrganizationName(QStringLiteral("dialcraft"));
     app.setApplicationName(QStringLiteral("dialcraft"));
+    app.setApplicationVersion(QStringLiteral(DIALCRAFT_VERSION));
+
+    // Desktops match the window to io.github.dialcraft.Dialcraft.desktop by
+    // this name (the Wayland app id); the icon's sizes are compiled into the
+    // program, so the window shows it whatever the icon theme holds.
+    app.setDesktopFileName(QStringLiteral("io.github.dialcraft.Dialcraft"));
+    QIcon icon;
+    for (int size : {48, 128, 256})
+        icon.addFile(QStringLiteral(":/icons/%1.png").arg(size), QSize(size, size));
+    app.setWindowIcon(icon);
 
     // The labels are mostly Chinese: keep the system's face for Latin text and
     // fall back to the simplified-Chinese CJK face for the rest, so Han
