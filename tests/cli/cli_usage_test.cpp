@@ -2,6 +2,8 @@
 // status 2, nothing sent, the store untouched. And --help.
 #include "cli_fixture.h"
 
+#include <cctype>
+
 #include "cli/cli_commands.h"
 
 struct UsageCase {
@@ -9,10 +11,16 @@ struct UsageCase {
     std::string err;
 };
 
-void PrintTo(const UsageCase& c, std::ostream* os)
+// The arguments as a test name: letters and digits kept, everything else "_".
+std::string usage_case_name(const ::testing::TestParamInfo<UsageCase>& info)
 {
-    for (const std::string& arg : c.args)
-        *os << '"' << arg << "\" ";
+    std::string name = std::to_string(info.index);
+    for (const std::string& arg : info.param.args) {
+        name += '_';
+        for (char c : arg)
+            name += std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+    }
+    return name;
 }
 
 class UsageTest : public CliTest, public ::testing::WithParamInterface<UsageCase> {};
@@ -102,7 +110,8 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{{"apply", "%DIR%"},
                   "dialcraft-cli apply: FILE \"%DIR%\" 无法读取(cannot be read): No such file or directory\n"},
         UsageCase{{"import", "%DIR%"},
-                  "dialcraft-cli import: FILE \"%DIR%\" 无法读取(cannot be read): No such file or directory\n"}));
+                  "dialcraft-cli import: FILE \"%DIR%\" 无法读取(cannot be read): No such file or directory\n"}),
+    usage_case_name);
 
 TEST_F(CliTest, HelpOfEveryCommandStartsWithItsUsage)
 {
