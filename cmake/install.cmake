@@ -4,7 +4,7 @@
 include(GNUInstallDirs)
 
 # Every program that is installed; add new ones here.
-set(DIALCRAFT_PROGRAMS dialcraft)
+set(DIALCRAFT_PROGRAMS dialcraft dialcraft-cli dialcraft-virtual-controller)
 # Manual pages in data/, as <name>.<section>.in, configured with the version.
 set(DIALCRAFT_MAN_PAGES dialcraft.1)
 

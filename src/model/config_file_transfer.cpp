@@ -5,6 +5,7 @@
 #include <QSaveFile>
 
 #include "model/configuration.h"
+#include "model/document_slots.h"
 #include "base/fatal_error.h"
 #include "model/handover.h"
 #include "model/list_notation.h"
@@ -89,15 +90,23 @@ void ConfigFileTransfer::exportButtonPressed()
 void ConfigFileTransfer::exportCompleted(const QUrl& url)
 {
     setExporting(false);
+    writeDocument(url);
+}
+
+bool ConfigFileTransfer::writeDocument(const QUrl& url, QString* failure)
+{
     QSaveFile file(url.toLocalFile());
     const QByteArray bytes = document.toBytes();
     if (!url.isLocalFile() || !file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() ||
         !file.commit()) {
         const QString reason = url.isLocalFile() ? file.errorString() : QStringLiteral("Not a local file");
         print_line(QStringLiteral("Failed to write file: ") + reason);
-        return;
+        if (failure)
+            *failure = reason;
+        return false;
     }
     print_line(url.toString(QUrl::FullyEncoded));
+    return true;
 }
 
 void ConfigFileTransfer::exportFailed(const QString& error)
@@ -152,21 +161,7 @@ void ConfigFileTransfer::updateDocument()
 
 void ConfigFileTransfer::reverseUpdateDocument()
 {
-    // A line feed right after a carriage return belongs to the CR LF pair, a
-    // single character that is not a line feed, so it does not split.
-    const QString& text = document.text;
-    QStringList pieces;
-    qsizetype start = 0;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        if (text[i] != u'\n' || (i > 0 && text[i - 1] == u'\r'))
-            continue;
-        if (i > start)
-            pieces.append(text.mid(start, i - start));
-        start = i + 1;
-    }
-    if (text.size() > start)
-        pieces.append(text.mid(start));
-
+    QStringList pieces = split_document_slots(document.text).pieces;
     pad_to_300_slots(pieces);
     configuration.settings = std::move(pieces);
     print_line(QStringLiteral("Updated configuration.settings count: ") + QString::number(configuration.settings.size()));

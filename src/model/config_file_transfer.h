@@ -36,6 +36,10 @@ public:
     Q_INVOKABLE void exportButtonPressed();
     // Writes `document` to the file the save dialog chose and prints the outcome.
     Q_INVOKABLE void exportCompleted(const QUrl& url);
+    // The writing part of exportCompleted, for callers that need the outcome:
+    // prints the location or the failure as exportCompleted does, and on
+    // failure also hands the reason back.
+    bool writeDocument(const QUrl& url, QString* failure = nullptr);
     Q_INVOKABLE void exportFailed(const QString& error);
     // Import: importing = true, status text.
     Q_INVOKABLE void importButtonPressed();

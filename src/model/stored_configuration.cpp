@@ -68,6 +68,11 @@ bool settings_file_holds_value(const QString& file_name, qsizetype value_size)
 
 void saveCustomInfo()
 {
+    saveCustomInfoChecked();
+}
+
+bool saveCustomInfoChecked()
+{
     // Encoding strings cannot fail; what can fail is writing the settings file.
     const QByteArray bytes = encode_configuration(configuration);
     QSettings settings = user_settings();
@@ -80,7 +85,7 @@ void saveCustomInfo()
     else if (!settings_file_holds_value(settings.fileName(), bytes.size()))
         failure = QStringLiteral("the settings file was written incompletely");
     if (failure.isEmpty())
-        return;
+        return true;
     // Put the previous value back, in memory and on disk, so that a failed
     // save never costs the table stored by an earlier one.
     if (previous.isValid())
@@ -89,6 +94,7 @@ void saveCustomInfo()
         settings.remove(configuration_key);
     settings.sync();
     print_line(QStringLiteral("Error saving configuration: ") + failure);
+    return false;
 }
 
 void loadCustomInfo()

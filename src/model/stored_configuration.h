@@ -6,6 +6,9 @@
 #include "model/configuration.h"
 
 void saveCustomInfo();
+// saveCustomInfo for callers that need the outcome: false when the table
+// could not be stored (the error line is printed all the same).
+bool saveCustomInfoChecked();
 void loadCustomInfo();
 void saveConfiguration(const Configuration& config);
 void loadConfiguration();

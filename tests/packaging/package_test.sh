@@ -30,7 +30,7 @@ echo "Depends: $depends"
 # The files.
 dpkg-deb -c "$deb" | awk '{print $NF}' >"$workdir/contents"
 id=io.github.dialcraft.Dialcraft
-for f in usr/bin/dialcraft "usr/share/applications/$id.desktop" \
+for f in usr/bin/dialcraft usr/bin/dialcraft-cli usr/bin/dialcraft-virtual-controller "usr/share/applications/$id.desktop" \
          "usr/share/icons/hicolor/scalable/apps/$id.svg" "usr/share/icons/hicolor/48x48/apps/$id.png" \
          "usr/share/icons/hicolor/128x128/apps/$id.png" "usr/share/icons/hicolor/256x256/apps/$id.png" \
          "usr/share/metainfo/$id.metainfo.xml" usr/share/man/man1/dialcraft.1.gz \

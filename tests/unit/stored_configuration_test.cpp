@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include "console_capture.h"
+#include "file_size_limit.h"
 #include "isolated_settings.h"
 #include "random_text.h"
 #include "model/configuration.h"
@@ -347,28 +348,8 @@ TEST_F(StoredConfigurationTest, RandomTablesSurviveSaveAndLoad)
     }
 }
 
-// Writing the settings file is what can fail (serialising strings cannot).
-// A file-size limit makes the write fail even for root.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        getrlimit(RLIMIT_FSIZE, &saved_);
-        previous_handler_ = std::signal(SIGXFSZ, SIG_IGN);
-        rlimit limit = saved_;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &saved_);
-        std::signal(SIGXFSZ, previous_handler_);
-    }
-
-private:
-    rlimit saved_{};
-    void (*previous_handler_)(int) = nullptr;
-};
+// Writing the settings file is what can fail (serialising strings cannot);
+// a file-size limit (file_size_limit.h) makes the write fail.
 
 QByteArray settings_file_bytes()
 {
@@ -422,6 +403,21 @@ TEST_F(StoredConfigurationTest, SaveThatCannotWriteAtAllKeepsThePreviousStoredVa
     other.remove("unrelated");
     other.sync();
     EXPECT_EQ(settings_file_bytes(), file_before);
+}
+
+TEST_F(StoredConfigurationTest, CheckedSaveSaysWhetherTheTableWasStored)
+{
+    configuration.settings = {"Note On", "1", "60"};
+    ConsoleCapture out;
+    EXPECT_TRUE(saveCustomInfoChecked());
+    EXPECT_EQ(out.text(), "");
+    configuration.settings = blanks(20000);
+    {
+        FileSizeLimit cap(0);
+        EXPECT_FALSE(saveCustomInfoChecked());
+    }
+    EXPECT_EQ(out.finish(), "Error saving configuration: the settings file could not be written\n");
+    EXPECT_EQ(stored().toByteArray(), QByteArray(R"({"settings":["Note On","1","60"]})"));
 }
 
 TEST_F(StoredConfigurationTest, FailedFirstSaveLeavesNoEntry)

@@ -6,6 +6,10 @@
 #
 #   run_testbed.sh --work <dir> --emulator <controller_emulator>
 #                  --scenario <id>=<program> [--scenario <id>=<program>]...
+#                  [--program <program>]...
+#
+# Programs given with --program are packed beside the emulator in /testbed/bin
+# for the scenarios to run; they are not scenarios themselves.
 #
 # Exit status: 0 all scenarios passed, 1 a failure, 77 skipped because QEMU,
 # busybox or the kernel package is not available. Under CI=true nothing is
@@ -32,12 +36,13 @@ seconds_since() {
 
 run_started=$(date +%s.%N)
 work= emulator=
-scenario_ids=() scenario_programs=()
+scenario_ids=() scenario_programs=() extra_programs=()
 while [ $# -gt 0 ]; do
   case "$1" in
     --work) work=$2; shift 2 ;;
     --emulator) emulator=$2; shift 2 ;;
     --scenario) scenario_ids+=("${2%%=*}"); scenario_programs+=("${2#*=}"); shift 2 ;;
+    --program) extra_programs+=("$2"); shift 2 ;;
     *) echo "run_testbed.sh: unknown argument $1" >&2; exit 2 ;;
   esac
 done
@@ -90,6 +95,10 @@ sed -i 's|/dummy_hcd\.ko\(\.[a-z]*\)\?$|& num=2|' "$work/modules.order"
 
 : >"$work/scenarios"
 programs=("$emulator")
+for program in "${extra_programs[@]}"; do
+  [ -x "$program" ] || failed "program $program not built"
+  programs+=("$program")
+done
 for i in "${!scenario_ids[@]}"; do
   program=${scenario_programs[$i]}
   [ -x "$program" ] || failed "scenario program $program not built"

@@ -76,8 +76,7 @@ void EventLog::received(int64_t ns, std::span<const uint8_t> bytes)
 
 void EventLog::programmed(const KnobSetting& s)
 {
-    line("knob " + std::to_string(s.knob) + " = " + std::string(knob_type_name(s.type_nibble)) +
-         ", channel " + std::to_string(s.channel) + ", controller " + std::to_string(s.controller));
+    line(knob_setting_text(s));
 }
 
 void EventLog::sent(int64_t ns, std::span<const uint8_t> bytes)

@@ -32,6 +32,12 @@ std::string_view knob_type_name(uint8_t type_nibble)
     }
 }
 
+std::string knob_setting_text(const KnobSetting& setting)
+{
+    return "knob " + std::to_string(setting.knob) + " = " + std::string(knob_type_name(setting.type_nibble)) +
+           ", channel " + std::to_string(setting.channel) + ", controller " + std::to_string(setting.controller);
+}
+
 void KnobProgrammingDecoder::restart(const MidiMessage& message)
 {
     step_ = is_clock(message) ? 1 : 0;

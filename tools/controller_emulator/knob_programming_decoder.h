@@ -7,6 +7,7 @@
 // single F8, so that frame is F8; 9n cc kk; 8n cc kk; F8; F8.
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "controller_emulator/midi_stream_parser.h"
@@ -23,6 +24,9 @@ struct KnobSetting {
 // "Note On", "Note Off", "Control Change", "Bend Change", "System Change",
 // or "Unknown" for any other nibble.
 std::string_view knob_type_name(uint8_t type_nibble);
+
+// "knob 5 = Control Change, channel 2, controller 74"
+std::string knob_setting_text(const KnobSetting& setting);
 
 class KnobProgrammingDecoder {
 public:

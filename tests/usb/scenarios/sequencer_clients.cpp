@@ -42,6 +42,7 @@ std::vector<SequencerClient> read_sequencer_clients()
             clients.push_back(client);
         } else if (line.rfind("  Port ", 0) == 0 && !clients.empty()) {
             clients.back().ports.push_back(quoted(line));
+            clients.back().port_numbers.push_back(std::atoi(line.c_str() + 7));
         }
     }
     return clients;
@@ -55,6 +56,16 @@ bool sequencer_port_exists(const std::string& client, const std::string& port)
                 if (p == port)
                     return true;
     return false;
+}
+
+std::string sequencer_port_address(const std::string& client, const std::string& port)
+{
+    for (const SequencerClient& c : read_sequencer_clients())
+        if (c.name == client)
+            for (size_t i = 0; i < c.ports.size(); ++i)
+                if (c.ports[i] == port)
+                    return std::to_string(c.number) + ":" + std::to_string(c.port_numbers[i]);
+    return {};
 }
 
 bool wait_for_sequencer_port(const std::string& client, const std::string& port,

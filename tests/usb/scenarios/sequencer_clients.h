@@ -10,12 +10,16 @@ struct SequencerClient {
     int number = -1;
     std::string name;
     std::vector<std::string> ports;
+    std::vector<int> port_numbers;  // beside `ports`
 };
 
 std::vector<SequencerClient> read_sequencer_clients();
 
 // True when a client named `client` has a port named `port`.
 bool sequencer_port_exists(const std::string& client, const std::string& port);
+
+// Where the sequencer puts that port, "24:0"; empty when there is no such port.
+std::string sequencer_port_address(const std::string& client, const std::string& port);
 
 // Polls until the port exists (or, for wait_for_client_gone, until no client
 // of that name is left); false when `timeout` passes first.

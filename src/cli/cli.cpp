@@ -1,0 +1,58 @@
+#include "cli/cli.h"
+
+#include <ostream>
+
+#include "cli/cli_arguments.h"
+#include "cli/cli_commands.h"
+#include "cli/cli_console.h"
+
+namespace {
+
+// --verbose is looked for before the arguments are checked, so that even a
+// usage error leaves the console as asked.
+bool asks_verbose(const std::vector<std::string>& args)
+{
+    for (const std::string& word : args)
+        if (word == "--verbose")
+            return true;
+    return false;
+}
+
+// The command named on the line, if any, to name it in error messages even
+// when the rest of the line does not parse.
+std::string command_named(const std::vector<std::string>& args)
+{
+    for (size_t i = 0; i < args.size(); ++i) {
+        if (args[i] == "--serial") {
+            ++i;
+            continue;
+        }
+        if (args[i].rfind("--", 0) == 0 || args[i] == "-h")
+            continue;
+        return find_cli_command(args[i]) ? args[i] : std::string();
+    }
+    return {};
+}
+
+}  // namespace
+
+int run_cli(const std::vector<std::string>& args, MidiHost& host, std::ostream& out, std::ostream& err,
+            bool err_is_terminal)
+{
+    CliConsole console(err, asks_verbose(args));
+    try {
+        const CliRequest request = parse_cli_arguments(args);
+        if (request.help) {
+            out << (request.command ? request.command->help : cli_general_help());
+            out.flush();
+            return cli_success;
+        }
+        const CliContext context{request, host, out, console, err_is_terminal};
+        return request.command->run(context);
+    } catch (const UsageError& error) {
+        const std::string command = command_named(args);
+        console.error_text((command.empty() ? "dialcraft-cli: " : "dialcraft-cli " + command + ": ") + error.what() +
+                           "\n");
+        return cli_usage_error;
+    }
+}

@@ -1,0 +1,141 @@
+#include "cli/cli_commands.h"
+
+#include <array>
+
+namespace {
+
+constexpr std::string_view general_help =
+    "用法(usage): dialcraft-cli COMMAND [ARGUMENTS] [--json] [--verbose]\n"
+    "\n"
+    "设置 4AC0CC27-4ACFCC27 控制器的旋钮, 管理存储的旋钮表\n"
+    "(programs the knobs of the 4AC0CC27-4ACFCC27 controllers and manages the stored knob table,\n"
+    "the same table the dialcraft window keeps)\n"
+    "\n"
+    "命令(commands):\n"
+    "  list                          列出连接的控制器(the controllers present)\n"
+    "  set KNOB TYPE CHANNEL CONTROLLER [--serial SERIAL]\n"
+    "                                设置一个旋钮(programs one knob)\n"
+    "  apply FILE [--serial SERIAL]  按导出的文件设置旋钮 0-26(programs knobs 0-26 from an exported file)\n"
+    "  show                          显示存储的旋钮表(shows the stored knob table)\n"
+    "  export FILE                   把存储的旋钮表写入文件(writes the stored table to a file)\n"
+    "  import FILE                   把文件读入存储的旋钮表(reads a file into the stored table)\n"
+    "\n"
+    "选项(options):\n"
+    "  --json      机器可读的输出(machine-readable output): list, show, set, apply\n"
+    "  --verbose   诊断行写到标准错误(the diagnostic lines go to standard error)\n"
+    "  --help      帮助(help); dialcraft-cli COMMAND --help 说明一个命令(describes one command)\n"
+    "\n"
+    "标准输出只有结果(standard output carries only results).\n"
+    "退出状态(exit status): 0 成功(success), 1 旋钮设置失败或什么也没发送(a knob failed or nothing was sent),\n"
+    "2 用法错误(usage error), 3 没有控制器(no controller)\n";
+
+constexpr std::string_view list_help =
+    "用法(usage): dialcraft-cli list [--json] [--verbose]\n"
+    "\n"
+    "列出 MIDI 服务上的 4AC0CC27-4ACFCC27 控制器(lists the controllers of the family on the MIDI service),\n"
+    "每行一个(one a line): 型号(serial), 音序器端口(sequencer port), 端口名(port name), e.g.\n"
+    "  4AC3CC27  24:0  4AC3CC27 MIDI 1\n"
+    "--json: [{\"address\":\"24:0\",\"port\":\"4AC3CC27 MIDI 1\",\"serial\":\"4AC3CC27\"}]\n"
+    "\n"
+    "退出状态(exit status): 0 找到控制器(controllers found), 3 没有控制器(none)\n";
+
+constexpr std::string_view set_help =
+    "用法(usage): dialcraft-cli set KNOB TYPE CHANNEL CONTROLLER [--serial SERIAL] [--json] [--verbose]\n"
+    "\n"
+    "用窗口的设置按钮的同一动作设置一个旋钮(programs one knob through the same action as the window's\n"
+    "设置 button: the same probes, checks and paced messages). The stored table is not changed.\n"
+    "  KNOB        0-26\n"
+    "  TYPE        \"Note On\", \"Note Off\", \"Control Change\", \"Bend Change\", or note-on, note-off, cc, bend\n"
+    "  CHANNEL     1-16\n"
+    "  CONTROLLER  0-127\n"
+    "  --serial    型号(serial) 4AC0CC27-4ACFCC27, 代替窗口的型号菜单(in place of the window's model menu);\n"
+    "              只连接一个控制器时可省略(may be left out when one controller is present)\n"
+    "\n"
+    "输出一行(prints one line): 旋钮, 设置, 收到的端口, MIDI 服务接受的消息数(the knob, its setting, the\n"
+    "port it went to and how many of the 5 messages the MIDI service accepted), e.g.\n"
+    "  旋钮(knob) 5: Control Change, 通道(channel) 2, 控制器号(controller) 74 -> 4AC1CC27 MIDI 1, "
+    "已接受(accepted) 5/5, 成功(ok)\n"
+    "--json: {\"accepted\":5,\"channel\":\"2\",\"controller\":\"74\",\"destinations\":[\"4AC1CC27 MIDI 1\"],"
+    "\"knob\":5,\n"
+    "         \"message\":\"旋钮5-设置成功!\",\"ok\":true,\"refused\":0,\"result\":0,\"serial\":\"4AC1CC27\","
+    "\"type\":\"Control Change\"}\n"
+    "\n"
+    "退出状态(exit status): 0 成功(ok), 1 失败或什么也没发送(failed or nothing sent), 2 参数错误(bad argument),\n"
+    "3 没有控制器或没有 --serial 的控制器(no controller, or not the one of --serial)\n";
+
+constexpr std::string_view apply_help =
+    "用法(usage): dialcraft-cli apply FILE [--serial SERIAL] [--json] [--verbose]\n"
+    "\n"
+    "按导出的配置文件设置旋钮 0-26(programs knobs 0 to 26 from an exported configuration file), each\n"
+    "through the window's set action. The file is read by the window's import rules: one slot a line,\n"
+    "empty lines dropped (a warning names them: the knobs after them shift). Knobs whose type is not\n"
+    "Note On, Note Off, Control Change or Bend Change are skipped. The stored table is not changed.\n"
+    "  --serial    型号(serial) 4AC0CC27-4ACFCC27, as for set\n"
+    "\n"
+    "每个旋钮一行, 最后一行总结(one line a knob as for set, then a summary), e.g.\n"
+    "  已设置(programmed) 5, 失败(failed) 0, 跳过(skipped) 22\n"
+    "进度条写到标准错误, 仅当它是终端时(a progress bar on standard error when it is a terminal,\n"
+    "not with --verbose).\n"
+    "--json: {\"failed\":0,\"knobs\":[<set's object>, ...],\"programmed\":5,\"skipped\":[1,2,...]}\n"
+    "\n"
+    "退出状态(exit status): 0 全部成功(all programmed), 1 有失败或什么也没发送(a knob failed or nothing sent),\n"
+    "2 参数错误或文件不可读(bad argument or unreadable file), 3 没有控制器(no controller)\n";
+
+constexpr std::string_view show_help =
+    "用法(usage): dialcraft-cli show [--json] [--verbose]\n"
+    "\n"
+    "显示存储的旋钮表(shows the stored knob table), knobs 0-26 as the window shows them after start-up:\n"
+    "  旋钮(knob)  类型(type)      通道(channel)  控制器号(controller)\n"
+    "  5           Control Change  2              74\n"
+    "(- marks an empty field)\n"
+    "--json: [{\"channel\":\"2\",\"controller\":\"74\",\"knob\":5,\"type\":\"Control Change\"}, ...]\n"
+    "\n"
+    "退出状态(exit status): 0\n";
+
+constexpr std::string_view export_help =
+    "用法(usage): dialcraft-cli export FILE [--verbose]\n"
+    "\n"
+    "把存储的旋钮表写入文件, 字节与窗口的导出相同(writes the stored knob table to FILE, byte for byte what\n"
+    "the window's 导出配置(Export Config) writes: one slot a line). FILE is replaced.\n"
+    "\n"
+    "退出状态(exit status): 0 已写入(written), 1 写入失败(could not be written), 2 参数错误(bad argument)\n";
+
+constexpr std::string_view import_help =
+    "用法(usage): dialcraft-cli import FILE [--verbose]\n"
+    "\n"
+    "把文件读入存储的旋钮表(reads FILE into the stored knob table) by the rules of the window's\n"
+    "导入配置(Import Config): one slot a line, empty lines dropped, at least 300 slots. A warning on\n"
+    "standard error names dropped empty lines, since the knobs after them shift. The window shows the\n"
+    "table at its next start.\n"
+    "\n"
+    "退出状态(exit status): 0 已导入(imported), 1 无法存储(could not be stored),\n"
+    "2 参数错误或文件不可读(bad argument or unreadable file)\n";
+
+constexpr std::array commands{
+    CliCommand{"list", 0, 0, false, true, list_help, run_list},
+    CliCommand{"set", 4, 4, true, true, set_help, run_set},
+    CliCommand{"apply", 1, 1, true, true, apply_help, run_apply},
+    CliCommand{"show", 0, 0, false, true, show_help, run_show},
+    CliCommand{"export", 1, 1, false, false, export_help, run_export},
+    CliCommand{"import", 1, 1, false, false, import_help, run_import},
+};
+
+}  // namespace
+
+std::span<const CliCommand> cli_commands()
+{
+    return commands;
+}
+
+const CliCommand* find_cli_command(std::string_view name)
+{
+    for (const CliCommand& command : commands)
+        if (command.name == name)
+            return &command;
+    return nullptr;
+}
+
+std::string_view cli_general_help()
+{
+    return general_help;
+}

@@ -1,0 +1,61 @@
+// dialcraft-cli export and import: the stored knob table to and from a text
+// file, by the window's own export and import steps.
+#include <QFileInfo>
+#include <QUrl>
+
+#include <ostream>
+
+#include "cli/cli.h"
+#include "cli/cli_arguments.h"
+#include "cli/cli_commands.h"
+#include "cli/cli_console.h"
+#include "cli/stored_records.h"
+#include "cli/text_file.h"
+#include "model/config_file_transfer.h"
+#include "model/configuration.h"
+#include "model/global_state.h"
+#include "model/stored_configuration.h"
+
+int run_export(const CliContext& context)
+{
+    const std::string& path = context.request.operands[0];
+    const QString file = QFileInfo(QString::fromStdString(path)).absoluteFilePath();
+
+    // The window after start-up, then its export button and save dialog.
+    GlobalState state;
+    load_stored_records(state);
+    ConfigFileTransfer transfer;
+    transfer.setGlobalState(&state);
+    transfer.exportButtonPressed();
+    QString failure;
+    if (!transfer.writeDocument(QUrl::fromLocalFile(file), &failure)) {
+        context.console.error_text("dialcraft-cli export: FILE \"" + path + "\" 无法写入(cannot be written): " +
+                                   failure.toStdString() + "\n");
+        return cli_failed;
+    }
+    context.out << "已导出(exported) " << configuration.settings.size() << " 行(lines) -> " << file.toStdString()
+                << "\n";
+    context.out.flush();
+    return cli_success;
+}
+
+int run_import(const CliContext& context)
+{
+    const std::string& path = context.request.operands[0];
+    const QString text = read_text_file(path);
+    warn_about_cutting(context.console, "import", text);
+
+    // The window's import hands the file's text to reverseUpdateDocument and
+    // keeps the resulting table in memory; here it is stored at once.
+    ConfigFileTransfer transfer;
+    transfer.document.text = text;
+    transfer.reverseUpdateDocument();
+    if (!saveCustomInfoChecked()) {
+        context.console.error_text("dialcraft-cli import: 无法存储旋钮表(the knob table could not be stored)\n");
+        return cli_failed;
+    }
+    context.out << "已导入(imported) " << QFileInfo(QString::fromStdString(path)).absoluteFilePath().toStdString()
+                << " -> 存储的旋钮表(stored table), " << configuration.settings.size() << " 个槽(slots)\n";
+    context.out.flush();
+    return cli_success;
+}

@@ -1,0 +1,291 @@
+// dialcraft-cli and dialcraft-virtual-controller inside the test VM, run as
+// processes as a user runs them:
+//   8   dialcraft-cli list sees the plugged gadgets (and none before)
+//   9   dialcraft-cli apply of a file with five configured knobs programs
+//       exactly those five on the gadget
+//   10  two virtual controllers are found by list, one is programmed by set,
+//       and its knob turn arrives at the link's input port
+//   usb_cli_scenarios <8|9|10> <controller_emulator path> <work directory>
+// The two programs are packed beside the emulator.
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "child_process.h"
+#include "console_capture.h"
+#include "midi/midi_link.h"
+#include "scenario_steps.h"
+#include "sequencer_clients.h"
+#include "watchdog.h"
+
+using namespace std::chrono_literals;
+
+namespace {
+
+struct Programs {
+    std::string cli;
+    std::string virtual_controller;
+};
+
+Programs programs_beside(const std::string& emulator)
+{
+    const std::string dir = emulator.substr(0, emulator.rfind('/') + 1);
+    return {dir + "dialcraft-cli", dir + "dialcraft-virtual-controller"};
+}
+
+ProcessResult run_cli(const Programs& programs, std::vector<std::string> args)
+{
+    args.insert(args.begin(), programs.cli);
+    return run_process(args, 30s);
+}
+
+std::string list_line(const std::string& serial)
+{
+    return serial + "  " + sequencer_port_address(serial, serial + " MIDI 1") + "  " + serial + " MIDI 1\n";
+}
+
+int client_number(const std::string& serial)
+{
+    const std::string address = sequencer_port_address(serial, serial + " MIDI 1");
+    return std::atoi(address.c_str());
+}
+
+std::string ok_line(int knob, const std::string& setting, const std::string& serial)
+{
+    return "旋钮(knob) " + std::to_string(knob) + ": " + setting + " -> " + serial +
+           " MIDI 1, 已接受(accepted) 5/5, 成功(ok)\n";
+}
+
+void detail(ScenarioReport& report, const std::string& what, const ProcessResult& result)
+{
+    report.detail(what + ", exit " + std::to_string(result.status),
+                  "stdout:\n" + result.out + "stderr:\n" + result.err);
+}
+
+int list_scenario(const TestBed& bed, const Programs& programs)
+{
+    ScenarioReport report("8", "dialcraft-cli list: none, then 4AC1CC27 and 4AC3CC27 with their ports");
+    const ProcessResult none = run_cli(programs, {"list"});
+    report.check(none.status == 3, "list with no controller exits 3 (got " + std::to_string(none.status) + ")");
+    report.check(none.out.empty(), "list with no controller prints nothing on standard output");
+
+    UsbGadget first("4AC1CC27", 0x4AC1, 0xCC27);
+    UsbGadget second("4AC3CC27", 0x4AC3, 0xCC27);
+    EmulatedController first_emulator(bed.emulator, bed.file("4AC1CC27.log"));
+    EmulatedController second_emulator(bed.emulator, bed.file("4AC3CC27.log"));
+    if (!plug_controller(report, first, first_emulator, first_udc) ||
+        !plug_controller(report, second, second_emulator, second_udc))
+        return report.finish();
+
+    // The sequencer lists its clients in number order.
+    std::vector<std::string> serials{"4AC1CC27", "4AC3CC27"};
+    if (client_number("4AC3CC27") < client_number("4AC1CC27"))
+        std::swap(serials[0], serials[1]);
+    const std::string expected = list_line(serials[0]) + list_line(serials[1]);
+    const ProcessResult listed = run_cli(programs, {"list"});
+    report.check(listed.status == 0, "list exits 0");
+    report.check(listed.out == expected, "list prints\n" + expected);
+    report.check(listed.err.empty(), "list writes nothing to standard error");
+    if (report.failed())
+        detail(report, "dialcraft-cli list", listed);
+
+    const ProcessResult json = run_cli(programs, {"list", "--json"});
+    std::string expected_json;
+    for (const std::string& serial : serials)
+        expected_json += std::string(expected_json.empty() ? "[" : ",") + "{\"address\":\"" +
+                         sequencer_port_address(serial, serial + " MIDI 1") + "\",\"port\":\"" + serial +
+                         " MIDI 1\",\"serial\":\"" + serial + "\"}";
+    expected_json += "]\n";
+    report.check(json.status == 0 && json.out == expected_json, "list --json prints " + expected_json);
+    if (json.out != expected_json)
+        detail(report, "dialcraft-cli list --json", json);
+    return report.finish();
+}
+
+int apply_scenario(const TestBed& bed, const Programs& programs)
+{
+    ScenarioReport report("9", "dialcraft-cli apply of 5 configured knobs programs exactly those 5 on 4AC3CC27");
+    UsbGadget gadget("4AC3CC27", 0x4AC3, 0xCC27);
+    EmulatedController emulator(bed.emulator, bed.file("4AC3CC27.log"));
+    if (!plug_controller(report, gadget, emulator, first_udc))
+        return report.finish();
+
+    // Knobs 0 to 29, three lines each; the unconfigured ones blank (twenty
+    // spaces), so no line is empty and nothing shifts.
+    std::vector<std::string> slot_texts(90, std::string(20, ' '));
+    const struct {
+        int knob;
+        const char* type;
+        const char* channel;
+        const char* controller;
+    } knobs[] = {{0, "Note On", "1", "60"},
+                 {3, "Control Change", "2", "74"},
+                 {12, "Bend Change", "16", "127"},
+                 {20, "Note Off", "10", "0"},
+                 {26, "Control Change", "16", "5"}};
+    for (const auto& k : knobs) {
+        slot_texts[static_cast<size_t>(k.knob * 3)] = k.type;
+        slot_texts[static_cast<size_t>(k.knob * 3 + 1)] = k.channel;
+        slot_texts[static_cast<size_t>(k.knob * 3 + 2)] = k.controller;
+    }
+    const std::string path = bed.file("five-knobs.txt");
+    {
+        std::ofstream file(path, std::ios::binary);
+        for (size_t i = 0; i < slot_texts.size(); ++i)
+            file << (i ? "\n" : "") << slot_texts[i];
+    }
+
+    const ProcessResult applied = run_cli(programs, {"apply", path});
+    std::string expected;
+    for (const auto& k : knobs)
+        expected += ok_line(k.knob,
+                            std::string(k.type) + ", 通道(channel) " + k.channel + ", 控制器号(controller) " +
+                                k.controller,
+                            "4AC3CC27");
+    expected += "已设置(programmed) 5, 失败(failed) 0, 跳过(skipped) 22\n";
+    report.check(applied.status == 0, "apply exits 0 (got " + std::to_string(applied.status) + ")");
+    report.check(applied.out == expected, "apply prints one line per knob and the summary");
+    report.check(applied.err.empty(), "apply writes nothing to standard error (not a terminal: no progress bar)");
+    if (report.failed())
+        detail(report, "dialcraft-cli apply", applied);
+
+    const std::vector<std::string> frames{"knob 0 = Note On, channel 1, controller 60",
+                                          "knob 3 = Control Change, channel 2, controller 74",
+                                          "knob 12 = Bend Change, channel 16, controller 127",
+                                          "knob 20 = Note Off, channel 10, controller 0",
+                                          "knob 26 = Control Change, channel 16, controller 5"};
+    emulator.wait_for_line(frames.back(), 5s);
+    report.check(emulator.programmed() == frames, "the controller decoded exactly the five knobs, in order");
+    const std::vector<std::vector<uint8_t>> wire{
+        {0xF8}, {0x90, 60, 0},   {0x80, 60, 0},   {0x90, 60, 0},   {0xF8},
+        {0xF8}, {0x91, 74, 3},   {0x81, 74, 3},   {0xB1, 74, 3},   {0xF8},
+        {0xF8}, {0x9F, 127, 12}, {0x8F, 127, 12}, {0xEF, 127, 12}, {0xF8},
+        {0xF8}, {0x99, 0, 20},   {0x89, 0, 20},   {0x89, 0, 20},   {0xF8},
+        {0xF8}, {0x9F, 5, 26},   {0x8F, 5, 26},   {0xBF, 5, 26},   {0xF8}};
+    const std::vector<ReceivedMessage> received = emulator.received();
+    std::vector<std::vector<uint8_t>> bytes;
+    for (const ReceivedMessage& message : received)
+        bytes.push_back(message.bytes);
+    report.check(bytes == wire, "the controller received exactly the 25 programming messages:" + hex_messages(wire) +
+                                    "\n  got:" + hex_messages(bytes));
+    report.check_gaps(received);
+    return report.finish();
+}
+
+int virtual_controller_scenario(const Programs& programs)
+{
+    ScenarioReport report("10", "virtual controllers 4AC1CC27 4AC2CC27: listed, 4AC2CC27 set, its turn received");
+    InteractiveProcess controllers;
+    report.check(controllers.start({programs.virtual_controller, "4AC1CC27", "4AC2CC27"}),
+                 "start dialcraft-virtual-controller 4AC1CC27 4AC2CC27");
+    const std::string ready1 = controllers.wait_for_line("4AC1CC27: 就绪(ready)", 10s);
+    const std::string ready2 = controllers.wait_for_line("4AC2CC27: 就绪(ready)", 10s);
+    if (!report.check(!ready1.empty() && !ready2.empty(), "both virtual controllers say they are ready"))
+        return report.finish();
+    const std::string address = sequencer_port_address("4AC2CC27", "4AC2CC27 MIDI 1");
+    report.check(ready2 == "4AC2CC27: 就绪(ready), 端口(port) " + address + " \"4AC2CC27 MIDI 1\"",
+                 "the ready line names the port the kernel shows (" + ready2 + ")");
+
+    const ProcessResult listed = run_cli(programs, {"list"});
+    std::vector<std::string> serials{"4AC1CC27", "4AC2CC27"};
+    if (client_number("4AC2CC27") < client_number("4AC1CC27"))
+        std::swap(serials[0], serials[1]);
+    const std::string expected = list_line(serials[0]) + list_line(serials[1]);
+    report.check(listed.status == 0 && listed.out == expected, "list finds both:\n" + expected);
+    if (listed.out != expected)
+        detail(report, "dialcraft-cli list", listed);
+
+    const ProcessResult ambiguous = run_cli(programs, {"set", "5", "cc", "2", "74"});
+    report.check(ambiguous.status == 2 && ambiguous.out.empty(), "set without --serial among two exits 2");
+
+    const ProcessResult set = run_cli(programs, {"set", "5", "cc", "2", "74", "--serial", "4AC2CC27"});
+    const std::string set_line = ok_line(5, "Control Change, 通道(channel) 2, 控制器号(controller) 74", "4AC2CC27");
+    report.check(set.status == 0 && set.out == set_line, "set --serial 4AC2CC27 prints " + set_line);
+    if (set.out != set_line)
+        detail(report, "dialcraft-cli set", set);
+
+    const std::string programmed = controllers.wait_for_line("4AC2CC27 knob 5 = ", 5s);
+    const std::string frame = "4AC2CC27 knob 5 = Control Change, channel 2, controller 74; 间隔(gaps) ";
+    report.check(programmed.rfind(frame, 0) == 0, "the virtual controller prints \"" + frame + "...\" (got \"" +
+                                                      programmed + "\")");
+    // The four gaps between the frame's messages, each at least 8 ms.
+    std::vector<ReceivedMessage> times;
+    if (programmed.rfind(frame, 0) == 0) {
+        std::string gaps = programmed.substr(frame.size());
+        int64_t at = 0;
+        times.push_back({at, {}});
+        for (char* p = gaps.data(); *p;) {
+            char* end = nullptr;
+            const double ms = std::strtod(p, &end);
+            if (end == p)
+                break;
+            at += static_cast<int64_t>(ms * 1e6);
+            times.push_back({at, {}});
+            p = end;
+            while (*p == ',' || *p == ' ')
+                ++p;
+        }
+        report.check(times.size() == 5, "four gaps are printed");
+        report.check_gaps(times);
+    }
+    for (const std::string& line : controllers.lines())
+        report.check(line.rfind("4AC1CC27 knob", 0) != 0, "4AC1CC27 was not programmed (" + line + ")");
+
+    controllers.write_line("table");
+    report.check(controllers.wait_for_line("4AC1CC27: ", 3s) == "4AC1CC27: 尚未设置旋钮(no knob programmed yet)",
+                 "table: 4AC1CC27 has no knob");
+    report.check(controllers.wait_for_line("4AC2CC27 ", 3s) == "4AC2CC27 knob 5 = Control Change, channel 2, controller 74",
+                 "table: 4AC2CC27 knob 5 = Control Change, channel 2, controller 74");
+
+    // The link connects 4AC2CC27's source to its input port, as the window
+    // does; a turn of knob 5 must arrive there as B1 4A 40.
+    midi_init();
+    report.check(set_device_name(0x4AC2CC27) != midi_no_match, "the link connects 4AC2CC27's source");
+    ConsoleCapture capture;
+    controllers.write_line("turn 5 64 4AC2CC27");
+    const std::string turned = controllers.wait_for_line("4AC2CC27 knob 5 转到(turned to) 64", 3s);
+    const bool arrived = capture.wait_for_line("b1\t4a\t40\t\r\n", 5s);
+    const std::string printed = capture.finish();
+    report.check(turned == "4AC2CC27 knob 5 转到(turned to) 64: 已发送(sent) b1 4a 40",
+                 "the virtual controller sends b1 4a 40 (" + turned + ")");
+    report.check(arrived && count_lines(printed, "b1\t4a\t40\t\r\n") == 1,
+                 "MyReadProc prints \"b1\\t4a\\t40\\t\\r\\n\" once");
+    midi_exit();
+
+    report.check(controllers.stop() == 0, "the virtual controller ends at the end of its input with status 0");
+    if (report.failed()) {
+        std::string text;
+        for (const std::string& line : controllers.lines())
+            text += line + "\n";
+        report.detail("virtual controller output", text);
+    }
+    return report.finish();
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc != 4) {
+        std::fprintf(stderr, "usage: %s <scenario 8|9|10> <controller_emulator> <work dir>\n", argv[0]);
+        return 2;
+    }
+    const std::string id = argv[1];
+    const TestBed bed{argv[2], argv[3]};
+    const Programs programs = programs_beside(bed.emulator);
+    // The tool's settings store lives in the scenario's own folder.
+    setenv("HOME", bed.work_dir.c_str(), 1);
+    setenv("XDG_CONFIG_HOME", bed.work_dir.c_str(), 1);
+    arm_watchdog(id, 60);
+    if (id == "8")
+        return list_scenario(bed, programs);
+    if (id == "9")
+        return apply_scenario(bed, programs);
+    if (id == "10")
+        return virtual_controller_scenario(programs);
+    std::fprintf(stderr, "unknown scenario %s\n", id.c_str());
+    return 2;
+}
