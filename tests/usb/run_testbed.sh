@@ -31,7 +31,7 @@ seconds_since() {
 }
 
 run_started=$(date +%s.%N)
-work= emulator=
+work='' emulator=''
 scenario_ids=() scenario_programs=()
 while [ $# -gt 0 ]; do
   case "$1" in
