@@ -71,7 +71,10 @@ Control {
             enabled: !panel.placeholder
             model: Vocabulary.messageTypeMenuItems
             displayText: panel.record.message_type_menu_string
-            currentIndex: Vocabulary.messageTypeMenuItems.indexOf(panel.record.message_type_menu_string)
+            // Qt 6.4's qmllint types a string list property as a bare QStringList and
+            // misses the JavaScript array methods QML gives it, so it reports indexOf
+            // as unknown; the directive silences that check on this line only.
+            currentIndex: Vocabulary.messageTypeMenuItems.indexOf(panel.record.message_type_menu_string) // qmllint disable type
             onActivated: index => panel.record.message_type_menu_string = Vocabulary.messageTypeMenuItems[index]
         }
 

@@ -1,5 +1,7 @@
 // One row of seven knob panels, scrolling sideways on its own when the window
 // is narrower than the row.
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls
 import Dialcraft

@@ -1,6 +1,8 @@
 // The tool's one window: four rows of knob panels beside the device column,
 // the import and export buttons in the window's top bar. The window takes its
 // size from its content.
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts

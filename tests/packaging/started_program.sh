@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by the packaging tests: start an installed dialcraft away from the
 # build tree, wait for its start-up lines, check them, stop it.
 #

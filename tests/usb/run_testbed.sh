@@ -35,7 +35,7 @@ seconds_since() {
 }
 
 run_started=$(date +%s.%N)
-work= emulator=
+work='' emulator=''
 scenario_ids=() scenario_programs=() extra_programs=()
 while [ $# -gt 0 ]; do
   case "$1" in

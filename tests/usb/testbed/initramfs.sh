@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by run_testbed.sh: the VM's whole root file system as an initramfs:
 # busybox, the kernel modules in load order, the test programs with the shared
 # libraries ldd finds for them, and alsa-lib's configuration.

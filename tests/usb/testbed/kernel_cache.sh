@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by run_testbed.sh: the stock Debian kernel, fetched once with
 # apt-get download and unpacked with dpkg-deb into a cache shared by every
 # build on this machine. Nothing is installed on the host.
@@ -5,6 +6,8 @@
 # kernel_fetch <cache dir> sets KERNEL_PACKAGE, KERNEL_VERSION, KERNEL_ROOT and
 # KERNEL_CACHE_STATE (warm or cold); returns 1 with KERNEL_ERROR set when the
 # package can be neither found in the cache nor downloaded.
+# The KERNEL_* results are read by run_testbed.sh, which sources this file.
+# shellcheck disable=SC2034
 
 # The concrete kernel package that linux-image-amd64 currently depends on.
 kernel_current_package() {

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by run_testbed.sh: the kernel modules the test bed loads, with
 # everything they depend on, in an order in which each module comes after its
 # dependencies. Read from the kernel's modules.dep.

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by run_testbed.sh: reads the scenario markers from the VM's console
 # log and writes the result table.
 #

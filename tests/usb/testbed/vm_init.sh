@@ -1,4 +1,5 @@
 #!/bin/busybox sh
+# shellcheck shell=dash  # busybox sh is ash; dash is the nearest dialect shellcheck has
 # First and only process of the test VM: mounts the kernel file systems,
 # loads the USB gadget, USB audio and sequencer modules, runs each scenario
 # program in turn and powers off. Everything the host needs leaves on the
