@@ -26,6 +26,7 @@ RowLayout {
                 id: importButton
                 objectName: "importButton"
                 text: "导入配置(Import Config)"
+                Accessible.name: importButton.text
                 onClicked: transfer.importButtonPressed()
                 Accessible.onPressAction: transfer.importButtonPressed()
                 Keys.onReturnPressed: transfer.importButtonPressed()
@@ -38,6 +39,7 @@ RowLayout {
                 id: exportButton
                 objectName: "exportButton"
                 text: "导出配置(Export Config)"
+                Accessible.name: exportButton.text
                 onClicked: transfer.exportButtonPressed()
                 Accessible.onPressAction: transfer.exportButtonPressed()
                 Keys.onReturnPressed: transfer.exportButtonPressed()
@@ -48,6 +50,12 @@ RowLayout {
             }
             Item { Layout.fillWidth: true }
         }
+    }
+
+    // A screen reader learns of every new message in the text area.
+    TextChangeAnnouncer {
+        target: textArea
+        text: area.globalState.fullText
     }
 
     ConfigFileTransfer {

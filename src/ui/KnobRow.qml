@@ -38,6 +38,7 @@ Flickable {
     ScrollBar.horizontal: ScrollBar {
         id: scrollBar
         objectName: "scrollIndicator"
+        Accessible.name: "第" + (row.rowIndex + 1) + "行旋钮(Knob row " + (row.rowIndex + 1) + ")"
         policy: ScrollBar.AlwaysOn
         visible: row.contentWidth > row.width
     }

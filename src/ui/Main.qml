@@ -43,6 +43,7 @@ ApplicationWindow {
             ScrollBar.vertical: ScrollBar {
                 id: pageScrollBar
                 objectName: "pageScrollBar"
+                Accessible.name: "窗口(Window)"
                 policy: ScrollBar.AlwaysOn
                 visible: page.contentHeight > page.height
             }
