@@ -27,6 +27,7 @@ RowLayout {
                 objectName: "importButton"
                 text: "导入配置(Import Config)"
                 Accessible.name: importButton.text
+                hoverEnabled: true
                 onClicked: transfer.importButtonPressed()
                 Accessible.onPressAction: transfer.importButtonPressed()
                 Keys.onReturnPressed: transfer.importButtonPressed()
@@ -40,6 +41,7 @@ RowLayout {
                 objectName: "exportButton"
                 text: "导出配置(Export Config)"
                 Accessible.name: exportButton.text
+                hoverEnabled: true
                 onClicked: transfer.exportButtonPressed()
                 Accessible.onPressAction: transfer.exportButtonPressed()
                 Keys.onReturnPressed: transfer.exportButtonPressed()

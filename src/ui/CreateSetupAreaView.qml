@@ -55,6 +55,7 @@ Control {
                 leftPadding: 8
                 rightPadding: 8
                 focusPolicy: Qt.StrongFocus
+                hoverEnabled: true
                 Accessible.name: panel.knobName + " 设置"
                 Accessible.onPressAction: setAction.press()
                 Keys.onReturnPressed: setAction.press()
