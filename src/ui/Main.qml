@@ -15,7 +15,7 @@ ApplicationWindow {
     visible: true
     width: mainView.implicitWidth
     height: mainView.implicitHeight + (header ? header.implicitHeight : 0)
-    minimumWidth: configArea.implicitWidth + firstRow.minimumUsefulWidth + pageScrollBar.width
+    minimumWidth: configArea.implicitWidth + root.spacing + firstRow.minimumUsefulWidth + pageScrollBar.width
     minimumHeight: (header ? header.implicitHeight : 0) + Math.max(firstRow.implicitHeight, configArea.implicitHeight)
     header: configArea.toolBar
 
