@@ -150,8 +150,25 @@ RowLayout {
             objectName: "textAreaFrame"
             Layout.preferredWidth: 200
             Layout.preferredHeight: 200
-            ScrollBar.vertical.policy: ScrollBar.AlwaysOn
-            ScrollBar.vertical.visible: textFrame.contentHeight > textFrame.availableHeight
+            // The style's own bars, placed as it places them, with names for
+            // screen readers. The text wraps, so only the vertical one shows.
+            ScrollBar.vertical: ScrollBar {
+                parent: textFrame
+                x: textFrame.mirrored ? 0 : textFrame.width - width
+                y: textFrame.topPadding
+                height: textFrame.availableHeight
+                policy: ScrollBar.AlwaysOn
+                visible: textFrame.contentHeight > textFrame.availableHeight
+                Accessible.name: "信息(Messages)"
+            }
+            ScrollBar.horizontal: ScrollBar {
+                parent: textFrame
+                x: textFrame.leftPadding
+                y: textFrame.height - height
+                width: textFrame.availableWidth
+                policy: ScrollBar.AlwaysOff
+                Accessible.name: "信息(Messages)"
+            }
             focusPolicy: Qt.TabFocus
             Accessible.role: Accessible.Pane
             Accessible.name: "信息(Messages)"
