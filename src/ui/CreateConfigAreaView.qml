@@ -90,7 +90,7 @@ RowLayout {
         onAccepted: {
             if (saveFallback.mustConfirmOverwrite(selectedFile)) {
                 overwriteQuestion.file = selectedFile
-                overwriteQuestion.fileName = DialogFiles.chosenFile(selectedFile).toString()
+                overwriteQuestion.fileName = DialogFiles.shownPath(selectedFile)
                 overwriteQuestion.open()
             } else {
                 transfer.exportCompleted(DialogFiles.chosenFile(selectedFile))

@@ -24,5 +24,7 @@ public:
     explicit DialogFiles(QObject* parent = nullptr);
 
     Q_INVOKABLE QUrl chosenFile(const QUrl& reported) const { return chosen_file_url(reported); }
+    // The chosen file as a path to show the user.
+    Q_INVOKABLE QString shownPath(const QUrl& reported) const { return chosen_file_url(reported).toLocalFile(); }
     QUrl documentsFolder() const { return documents_folder_url(); }
 };
