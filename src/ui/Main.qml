@@ -1,6 +1,9 @@
 // The tool's one window: four rows of knob panels beside the device column,
 // the import and export buttons in the window's top bar. The window takes its
-// size from its content.
+// size from its content. It can be made smaller down to a minimum at which one
+// whole knob panel of each row and the whole device column stay legible;
+// below its content's height it scrolls vertically, and each row scrolls
+// sideways on its own. The keyboard focus is always kept in view.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -14,7 +17,13 @@ ApplicationWindow {
     visible: true
     width: mainView.implicitWidth
     height: mainView.implicitHeight + (header ? header.implicitHeight : 0)
+    minimumWidth: configArea.implicitWidth + root.spacing + firstRow.minimumUsefulWidth + pageScrollBar.width
+    minimumHeight: (header ? header.implicitHeight : 0) + Math.max(firstRow.implicitHeight, configArea.implicitHeight)
     header: configArea.toolBar
+
+    FocusIntoView {
+        window: window
+    }
 
     ContentView {
         id: mainView
@@ -23,31 +32,58 @@ ApplicationWindow {
         implicitWidth: root.implicitWidth
         implicitHeight: root.implicitHeight
 
-        RowLayout {
-            id: root
+        Flickable {
+            id: page
+            objectName: "pageScroller"
             anchors.fill: parent
+            contentWidth: width
+            contentHeight: Math.max(height, root.implicitHeight)
+            flickableDirection: Flickable.VerticalFlick
+            boundsBehavior: Flickable.StopAtBounds
+            clip: true
 
-            ColumnLayout {
-                objectName: "knobRows"
-                Layout.fillWidth: true
-                Layout.minimumWidth: 0
+            ScrollBar.vertical: ScrollBar {
+                id: pageScrollBar
+                objectName: "pageScrollBar"
+                Accessible.name: "窗口(Window)"
+                policy: ScrollBar.AlwaysOn
+                visible: page.contentHeight > page.height
+            }
 
-                Repeater {
-                    model: 4
+            RowLayout {
+                id: root
+                width: page.width - (pageScrollBar.visible ? pageScrollBar.width : 0)
+                height: page.contentHeight
+
+                ColumnLayout {
+                    objectName: "knobRows"
+                    Layout.fillWidth: true
+                    Layout.minimumWidth: 0
+
                     KnobRow {
-                        required property int index
-                        rowIndex: index
+                        id: firstRow
+                        rowIndex: 0
                         contentView: mainView
                         Layout.fillWidth: true
                         Layout.minimumWidth: 0
                     }
+                    Repeater {
+                        model: 3
+                        KnobRow {
+                            required property int index
+                            rowIndex: index + 1
+                            contentView: mainView
+                            Layout.fillWidth: true
+                            Layout.minimumWidth: 0
+                        }
+                    }
                 }
-            }
 
-            CreateConfigAreaView {
-                id: configArea
-                record: mainView.globalState.ConfigAreaData
-                globalState: mainView.globalState
+                CreateConfigAreaView {
+                    id: configArea
+                    record: mainView.globalState.ConfigAreaData
+                    globalState: mainView.globalState
+                }
             }
         }
     }

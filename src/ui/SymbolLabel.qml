@@ -1,4 +1,5 @@
-// A label led by a small symbol glyph.
+// A label led by a small symbol glyph. The glyph is decoration only and is
+// hidden from assistive technology; the caption is read as it stands.
 import QtQuick
 import QtQuick.Controls
 
@@ -13,6 +14,7 @@ Row {
 
     Label {
         objectName: "symbol"
+        Accessible.ignored: true
         text: label.symbol
         color: palette.highlight
         font: caption.font

@@ -1,5 +1,7 @@
 #include "app_shell.h"
 
+#include "accessible_enabled_state.h"
+
 #include <QFont>
 #include <QIcon>
 #include <QQmlApplicationEngine>
@@ -34,6 +36,8 @@ void configure_application(QGuiApplication& app)
 
     // A desktop look on every platform; the set button draws its own face.
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
+
+    report_disabled_quick_controls();
 }
 
 QQuickWindow* load_main_window(QQmlApplicationEngine& engine)

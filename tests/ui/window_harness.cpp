@@ -203,11 +203,7 @@ bool WindowHarness::acceptFileDialog(QObject* dialog, const QString& folder, con
         QQuickItem* field = item(QStringLiteral("fileNameTextField"));
         if (!field || !QTest::qWaitFor([field] { return field->isVisible(); }))
             return false;
-        replaceText(field, fileName);
-        QTest::keyClick(window_, Qt::Key_Return);  // the typed name becomes the selection
-        QCoreApplication::processEvents();
-        if (!dialog->property("visible").toBool())
-            return true;  // Return alone accepted it
+        replaceText(field, fileName);  // typing alone makes the name the selection
     } else {
         QQuickItem* entry = nullptr;
         (void)QTest::qWaitFor([&] {
@@ -222,11 +218,8 @@ bool WindowHarness::acceptFileDialog(QObject* dialog, const QString& folder, con
             return false;
         click(entry);
     }
-    // Qt's own save dialog labels its accept button "Open" in some versions.
-    QQuickItem* button = saving ? dialogButton(QStringLiteral("Save")) : nullptr;
-    if (!button)
-        button = dialogButton(QStringLiteral("Open"));
-    if (!button)
+    QQuickItem* button = dialogButton(saving ? QStringLiteral("保存(Save)") : QStringLiteral("Open"));
+    if (!button || !button->isEnabled())
         return false;
     click(button);
     return QTest::qWaitFor([dialog] { return !dialog->property("visible").toBool(); });

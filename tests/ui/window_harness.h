@@ -52,7 +52,7 @@ public:
     // The texts of a combo box's entries, in order.
     QStringList entries(QQuickItem* comboBox) const;
     // Completes an open file dialog through its own controls: goes to
-    // `folder`, picks or types `fileName` (ASCII) and presses Open or Save.
+    // `folder`, picks or types `fileName` (ASCII) and presses Open or 保存(Save).
     bool acceptFileDialog(QObject* dialog, const QString& folder, const QString& fileName);
     // Presses the open file dialog's Cancel button.
     bool cancelFileDialog(QObject* dialog);

@@ -1,0 +1,17 @@
+// A high-contrast frame drawn just outside its parent control while `shown`
+// is true, so the control that has the keyboard focus stands out clearly on
+// the light window background and on the yellow set buttons alike.
+import QtQuick
+
+Rectangle {
+    property bool shown: false
+
+    objectName: "focusRing"
+    anchors.fill: parent
+    anchors.margins: -3
+    visible: shown
+    color: "transparent"
+    border.width: 3
+    border.color: "#0033cc"
+    radius: 5
+}

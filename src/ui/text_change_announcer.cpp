@@ -1,0 +1,27 @@
+#include "text_change_announcer.h"
+
+#include <QAccessible>
+
+TextChangeAnnouncer::TextChangeAnnouncer(QObject* parent) : QObject(parent) {}
+
+void TextChangeAnnouncer::setTarget(QQuickItem* target)
+{
+    if (target_ == target)
+        return;
+    target_ = target;
+    emit targetChanged();
+}
+
+void TextChangeAnnouncer::setText(const QString& text)
+{
+    if (text_ == text)
+        return;
+    const QString previous = text_;
+    text_ = text;
+    emit textChanged();
+    if (!target_)
+        return;
+    // Cheap when no assistive technology listens: Qt drops the event at once.
+    QAccessibleTextUpdateEvent event(target_, 0, previous, text_);
+    QAccessible::updateAccessibility(&event);
+}

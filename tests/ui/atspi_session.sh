@@ -1,0 +1,65 @@
+#!/usr/bin/env bash
+# Runs the window in a real X session (Xvfb) with the AT-SPI accessibility bus,
+# and checks its accessibility tree from outside, as a screen reader sees it
+# (atspi_tree_check.py). Skipped (exit 77) with the reason when Xvfb, D-Bus,
+# the AT-SPI bus or Python's Atspi bindings are missing; under CI=true they
+# must be there and a missing one fails the test.
+# Usage: atspi_session.sh <ui_session_window> <atspi_tree_check.py>
+set -euo pipefail
+
+if [ "${1:-}" = --inside ]; then
+  # Inside the private session bus: start the accessibility bus, the window,
+  # then the check.
+  shift
+  window=$1 check=$2 launcher=$3
+  "$launcher" --launch-immediately &
+  launcher_pid=$!
+  for _ in $(seq 50); do
+    gdbus call --session --dest org.a11y.Bus --object-path /org/a11y/bus \
+      --method org.a11y.Bus.GetAddress >/dev/null 2>&1 && break
+    sleep 0.1
+  done
+  QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 \
+    QT_ACCESSIBILITY=1 "$window" >/dev/null &
+  window_pid=$!
+  status=0
+  /usr/bin/python3 "$check" || status=$?
+  kill "$window_pid" 2>/dev/null || true
+  wait "$window_pid" 2>/dev/null || true
+  kill "$launcher_pid" 2>/dev/null || true
+  wait "$launcher_pid" 2>/dev/null || true
+  exit "$status"
+fi
+
+window=$1 check=$2
+
+skip() {
+  if [ "${CI:-}" = true ]; then
+    echo "atspi session: $1 (required under CI)"
+    exit 1
+  fi
+  echo "atspi session skipped: $1"
+  exit 77
+}
+command -v Xvfb >/dev/null || skip "Xvfb is not installed (package xvfb)"
+command -v dbus-run-session >/dev/null || skip "dbus-run-session is not installed (package dbus-daemon)"
+command -v gdbus >/dev/null || skip "gdbus is not installed (package libglib2.0-bin)"
+launcher=""
+for candidate in /usr/libexec/at-spi-bus-launcher /usr/lib/at-spi2-core/at-spi-bus-launcher; do
+  [ -x "$candidate" ] && launcher=$candidate && break
+done
+[ -n "$launcher" ] || skip "at-spi-bus-launcher is not installed (package at-spi2-core)"
+/usr/bin/python3 -c 'import gi; gi.require_version("Atspi", "2.0")' 2>/dev/null ||
+  skip "Python's AT-SPI bindings are missing (packages python3-gi gir1.2-atspi-2.0)"
+
+# A display of its own: Xvfb picks a free number and writes it to the pipe.
+work=$(mktemp -d)
+trap 'kill "$xvfb_pid" 2>/dev/null || true; rm -rf "$work"' EXIT
+mkfifo "$work/display"
+Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3>"$work/display" 2>"$work/xvfb.log" &
+xvfb_pid=$!
+read -r -t 20 number <"$work/display" || skip "Xvfb did not start: $(cat "$work/xvfb.log")"
+export DISPLAY=":$number"
+export XDG_RUNTIME_DIR="$work"
+unset QT_QPA_PLATFORM
+dbus-run-session -- bash "$0" --inside "$window" "$check" "$launcher"
