@@ -13,6 +13,8 @@ RowLayout {
 
     required property CreateConfigAreaViewData record
     required property GlobalState globalState
+    // A set-all run is going on: the menu and the other buttons are off.
+    readonly property bool busy: StatusBoard.of(globalState).busy
 
     // Placed by the window as its top bar.
     property ToolBar toolBar: ToolBar {
@@ -22,12 +24,17 @@ RowLayout {
             ToolButton {
                 objectName: "importButton"
                 text: "导入配置(Import Config)"
+                enabled: !area.busy
                 onClicked: transfer.importButtonPressed()
             }
             ToolButton {
                 objectName: "exportButton"
                 text: "导出配置(Export Config)"
+                enabled: !area.busy
                 onClicked: transfer.exportButtonPressed()
+            }
+            SetAllButton {
+                globalState: area.globalState
             }
             Item { Layout.fillWidth: true }
         }
@@ -77,6 +84,7 @@ RowLayout {
 
         ComboBox {
             objectName: "modelMenu"
+            enabled: !area.busy
             Layout.preferredWidth: 130
             Layout.margins: 5
             model: Vocabulary.machineTypes
@@ -111,6 +119,12 @@ RowLayout {
                 font.pixelSize: 16
                 background: null
             }
+        }
+
+        StatusLine {
+            Layout.preferredWidth: 200
+            globalState: area.globalState
+            transfer: transfer
         }
     }
 }
