@@ -25,6 +25,6 @@ ToolButton {
         if (run.running)
             run.stop()
         else
-            run.start()
+            run.start(button.Window.window)
     }
 }

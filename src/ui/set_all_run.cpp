@@ -1,5 +1,6 @@
 #include "set_all_run.h"
 
+#include <QQuickWindow>
 #include <QTimer>
 
 #include "content_view.h"
@@ -20,10 +21,11 @@ QList<int> SetAllRun::runOrder()
     return order;
 }
 
-void SetAllRun::start()
+void SetAllRun::start(QQuickWindow* window)
 {
     if (running_)
         return;
+    window_ = window;
     plan_.clear();
     tally_ = SetAllTally{};
     for (int record : runOrder()) {
@@ -52,9 +54,26 @@ void SetAllRun::stop()
 
 void SetAllRun::scheduleNext()
 {
-    // A zero timer returns to the event loop first, so the window draws the
-    // progress (and the last knob's text) before the next knob blocks it.
-    QTimer::singleShot(0, this, &SetAllRun::pressNext);
+    const int turn = ++turn_;
+    if (!window_ || !window_->isExposed()) {
+        QTimer::singleShot(0, this, [this, turn] { takeTurn(turn); });
+        return;
+    }
+    disconnect(sync_);
+    sync_ = connect(
+        window_, &QQuickWindow::afterSynchronizing, this, [this, turn] { takeTurn(turn); },
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    window_->update();
+    QTimer::singleShot(sync_wait_limit_ms, this, [this, turn] { takeTurn(turn); });
+}
+
+void SetAllRun::takeTurn(int turn)
+{
+    if (turn != turn_ || !running_)
+        return;
+    ++turn_;  // the other trigger of this turn finds it stale
+    disconnect(sync_);
+    pressNext();
 }
 
 void SetAllRun::pressNext()
@@ -88,6 +107,7 @@ void SetAllRun::finish()
     status_.setMessage(set_all_sent_text(accepted_, refused_, destinations_));
     running_ = false;
     stopRequested_ = false;
+    window_ = nullptr;
     emit runningChanged();
     emit finished();
 }

@@ -1,16 +1,27 @@
 #pragma once
 // The set-all run: the set press of every working knob in display order, one
-// knob per turn of the event loop so the window repaints between knobs, with
-// its progress, a stop after the current knob, and a summary in fullText.
-// User-interface thread only, like the single press.
+// knob per turn of the event loop, with its progress, a stop after the
+// current knob, and a summary in fullText. User-interface thread only, like
+// the single press.
+//
+// Each knob blocks the thread for its sixteen probes and paced messages, so
+// the next knob waits until the window has taken in what changed: it is
+// queued from the window's next scene-graph sync, which happens on this
+// thread (or with it blocked) after the window was told to update. Drawing
+// itself may then go on on the render thread while the next knob runs. A
+// window that draws nothing (not exposed, or without a window at all) gets
+// the next knob from a zero timer instead; a sync that never comes is
+// given up after a while so the run cannot stall.
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
 #include "status_texts.h"
 
 class GlobalState;
+class QQuickWindow;
 class WindowStatus;
 
 class SetAllRun : public QObject {
@@ -33,9 +44,12 @@ public:
     // order without the placeholder record 27.
     static QList<int> runOrder();
 
-    // Plans the run and presses its first knob on the next turn of the event
-    // loop. Nothing when a run is already going on.
-    Q_INVOKABLE void start();
+    // How long a knob waits at most for the window's sync before it goes on.
+    static constexpr int sync_wait_limit_ms = 100;
+
+    // Plans the run and presses its first knob once `window` (which shows the
+    // run) has taken in the start. Nothing when a run is already going on.
+    Q_INVOKABLE void start(QQuickWindow* window = nullptr);
     // The run ends before its next knob; the knob being set is finished.
     Q_INVOKABLE void stop();
 
@@ -47,6 +61,9 @@ signals:
 
 private:
     void scheduleNext();
+    // The queued turn for knob turn `turn`; stale turns (the sync and the
+    // time limit both fire) do nothing.
+    void takeTurn(int turn);
     void pressNext();
     void finish();
 
@@ -54,6 +71,9 @@ private:
     WindowStatus& status_;
     bool running_ = false;
     bool stopRequested_ = false;
+    QPointer<QQuickWindow> window_;
+    QMetaObject::Connection sync_;
+    int turn_ = 0;
     QList<int> plan_;  // record indices still to press come from plan_[done_]
     int done_ = 0;
     SetAllTally tally_;
