@@ -56,13 +56,21 @@ ColumnLayout {
         }
     }
 
+    // Room for three lines at all times, so the column does not move as the
+    // messages change.
     Label {
+        id: message
         objectName: "statusMessage"
         Layout.fillWidth: true
+        Layout.minimumHeight: 3 * metrics.height
         text: line.status.message
         wrapMode: Text.Wrap
         font.pixelSize: 12
         Accessible.role: Accessible.StaticText
         Accessible.name: text
+        FontMetrics {
+            id: metrics
+            font: message.font
+        }
     }
 }
