@@ -45,7 +45,7 @@ public:
     static QList<int> runOrder();
 
     // How long a knob waits at most for the window's sync before it goes on.
-    static constexpr int sync_wait_limit_ms = 100;
+    static constexpr int sync_wait_limit_ms = 250;
 
     // Plans the run and presses its first knob once `window` (which shows the
     // run) has taken in the start. Nothing when a run is already going on.
