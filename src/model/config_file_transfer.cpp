@@ -85,6 +85,7 @@ void ConfigFileTransfer::exportButtonPressed()
     for (int i = 0; i < mapped_knob_count; ++i)
         SetupAreaData_index_UI_to_config(state(), i, SlotMappingView::CreateConfigAreaView);
     updateDocument();
+    emit exportPrepared();
 }
 
 void ConfigFileTransfer::exportCompleted(const QUrl& url)
@@ -103,9 +104,11 @@ bool ConfigFileTransfer::writeDocument(const QUrl& url, QString* failure)
         print_line(QStringLiteral("Failed to write file: ") + reason);
         if (failure)
             *failure = reason;
+        emit fileNotSaved(reason);
         return false;
     }
     print_line(url.toString(QUrl::FullyEncoded));
+    emit fileSaved(url);
     return true;
 }
 
@@ -113,6 +116,7 @@ void ConfigFileTransfer::exportFailed(const QString& error)
 {
     setExporting(false);
     print_line(error);
+    emit fileNotSaved(error);
 }
 
 void ConfigFileTransfer::importButtonPressed()
@@ -159,14 +163,16 @@ void ConfigFileTransfer::updateDocument()
     setDocumentText(text);
 }
 
-void ConfigFileTransfer::reverseUpdateDocument()
+qsizetype ConfigFileTransfer::reverseUpdateDocument()
 {
     QStringList pieces = split_document_slots(document.text).pieces;
+    const qsizetype read = pieces.size();
     pad_to_300_slots(pieces);
     configuration.settings = std::move(pieces);
     print_line(QStringLiteral("Updated configuration.settings count: ") + QString::number(configuration.settings.size()));
     print_line(QStringLiteral("First 10 elements: ") + list_notation(configuration.settings.first(
                                                        std::min<qsizetype>(10, configuration.settings.size()))));
+    return read;
 }
 
 void ConfigFileTransfer::loadFromLocalFile()
@@ -174,28 +180,33 @@ void ConfigFileTransfer::loadFromLocalFile()
     const QUrl url(fileURLString_, QUrl::StrictMode);
     if (fileURLString_.isEmpty() || !url.isValid() || url.isRelative()) {
         print_line(QStringLiteral("Invalid URL"));
+        emit fileNotRead(fileURLString_);
         return;
     }
     if (!url.isLocalFile()) {
         print_line(QStringLiteral("Failed to read file: ") + QStringLiteral("Only local files can be read"));
+        emit fileNotRead(fileURLString_);
         return;
     }
     QFile file(url.toLocalFile());
     if (!file.open(QIODevice::ReadOnly)) {
         print_line(QStringLiteral("Failed to read file: ") + file.errorString());
+        emit fileNotRead(fileURLString_);
         return;
     }
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError) {
         print_line(QStringLiteral("Failed to read file: ") + file.errorString());
+        emit fileNotRead(fileURLString_);
         return;
     }
     const QString text = TextDocument::fromBytes(bytes).text;
     QMetaObject::invokeMethod(
         this,
-        [this, text] {
+        [this, text, url] {
             setDocumentText(text);
-            reverseUpdateDocument();
+            const qsizetype read = reverseUpdateDocument();
+            emit fileRead(url, read);
         },
         Qt::QueuedConnection);
 }

@@ -52,7 +52,8 @@ public:
     Q_INVOKABLE void dialogCancelled();
 
     void updateDocument();
-    void reverseUpdateDocument();
+    // Returns how many slots the text held, before any padding.
+    qsizetype reverseUpdateDocument();
     void loadFromLocalFile();
 
 signals:
@@ -61,6 +62,16 @@ signals:
     void exportingChanged();
     void fileURLStringChanged();
     void documentTextChanged();
+
+    // What became of the files, for the window's status line; nothing is
+    // printed for these. exportPrepared: the table and the document are ready
+    // for the save dialog. fileRead: the import's queued block has applied
+    // `slotCount` slots of the file (before padding).
+    void exportPrepared();
+    void fileSaved(const QUrl& url);
+    void fileNotSaved(const QString& reason);
+    void fileRead(const QUrl& url, qsizetype slotCount);
+    void fileNotRead(const QString& location);
 
 private:
     GlobalState& state() const;

@@ -16,6 +16,8 @@ RowLayout {
 
     required property CreateConfigAreaViewData record
     required property GlobalState globalState
+    // A set-all run is going on: the menu and the other buttons are off.
+    readonly property bool busy: StatusBoard.of(globalState).busy
 
     // Placed by the window as its top bar.
     property ToolBar toolBar: ToolBar {
@@ -28,6 +30,7 @@ RowLayout {
                 text: "导入配置(Import Config)"
                 Accessible.name: importButton.text
                 hoverEnabled: true
+                enabled: !area.busy
                 onClicked: transfer.importButtonPressed()
                 Accessible.onPressAction: transfer.importButtonPressed()
                 Keys.onReturnPressed: transfer.importButtonPressed()
@@ -42,6 +45,7 @@ RowLayout {
                 text: "导出配置(Export Config)"
                 Accessible.name: exportButton.text
                 hoverEnabled: true
+                enabled: !area.busy
                 onClicked: transfer.exportButtonPressed()
                 Accessible.onPressAction: transfer.exportButtonPressed()
                 Keys.onReturnPressed: transfer.exportButtonPressed()
@@ -49,6 +53,9 @@ RowLayout {
                 FocusRing {
                     shown: exportButton.visualFocus
                 }
+            }
+            SetAllButton {
+                globalState: area.globalState
             }
             Item { Layout.fillWidth: true }
         }
@@ -127,6 +134,7 @@ RowLayout {
         ComboBox {
             id: modelMenu
             objectName: "modelMenu"
+            enabled: !area.busy
             Layout.preferredWidth: 130
             Layout.margins: 5
             Accessible.name: "设备型号(Machine Serial): " + displayText
@@ -218,6 +226,12 @@ RowLayout {
                 font.pixelSize: 16
                 background: null
             }
+        }
+
+        StatusLine {
+            Layout.preferredWidth: 200
+            globalState: area.globalState
+            transfer: transfer
         }
     }
 }

@@ -57,6 +57,7 @@ ApplicationWindow {
 
                 ColumnLayout {
                     objectName: "knobRows"
+                    enabled: !StatusBoard.of(mainView.globalState).busy
                     Layout.fillWidth: true
                     Layout.minimumWidth: 0
 

@@ -3,6 +3,8 @@
 #include <QEvent>
 
 #include "lifecycle_hooks.h"
+#include "set_all_run.h"
+#include "window_status.h"
 
 ContentView::ContentView(QQuickItem* parent) : QQuickItem(parent), globalState_(new GlobalState(this)) {}
 
@@ -73,5 +75,7 @@ void ContentView::disappear()
     if (!appeared_ || disappeared_)
         return;
     disappeared_ = true;
+    // A set-all run would go on pressing knobs on the closed client.
+    WindowStatus::of(*globalState_)->setAll()->stop();
     shut_down_hook(*globalState_);
 }

@@ -1,7 +1,8 @@
 #include "set_button_action.h"
 
-#include "actions/set_action.h"
-#include "model/print_line.h"
+#include "set_press.h"
+#include "status_texts.h"
+#include "window_status.h"
 
 SetButtonAction::SetButtonAction(QObject* parent) : QObject(parent) {}
 
@@ -25,6 +26,6 @@ void SetButtonAction::press()
 {
     if (!data_ || !globalState_)
         return;
-    print_line(QString::number(data_->knob_index()) + QStringLiteral("号旋钮"));
-    setup_button_action(*data_, *globalState_);
+    const SetPressOutcome outcome = press_set_button(*data_, *globalState_);
+    WindowStatus::of(*globalState_)->setMessage(press_status_text(outcome));
 }

@@ -1,6 +1,7 @@
 #pragma once
 // What a knob panel's set button does: one diagnostic line naming the knob,
-// then the set action on the panel's record and the shared state.
+// then the set action on the panel's record and the shared state; what the
+// MIDI service accepted during it goes to the window's status line.
 #include <QObject>
 #include <QPointer>
 #include <QtQml/qqmlregistration.h>
@@ -22,7 +23,8 @@ public:
     GlobalState* globalState() const { return globalState_; }
     void setGlobalState(GlobalState* state);
 
-    // Prints "<knob_index>号旋钮", then runs setup_button_action to completion.
+    // Prints "<knob_index>号旋钮", then runs setup_button_action to completion,
+    // and says in the status line how many messages the service accepted.
     Q_INVOKABLE void press();
 
 signals:

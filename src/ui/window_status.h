@@ -1,0 +1,52 @@
+#pragma once
+// The status line of one window: what the last press, set-all run, export or
+// import really did, next to the specified text area. One per GlobalState,
+// created on first use as the state's child, so the set button (which only
+// knows the state) and the window's items reach the same one.
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+class GlobalState;
+class SetAllRun;
+
+class WindowStatus : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Each GlobalState has one; reach it with StatusBoard.of(globalState).")
+    Q_PROPERTY(QString message READ message NOTIFY messageChanged)
+    Q_PROPERTY(SetAllRun* setAll READ setAll CONSTANT)
+    // True while a set-all run goes on: the window's other controls are off.
+    Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
+
+public:
+    // The one status of `state`, created on first use.
+    static WindowStatus* of(GlobalState& state);
+
+    QString message() const { return message_; }
+    void setMessage(const QString& text);
+    SetAllRun* setAll() const { return setAll_; }
+    bool busy() const;
+
+signals:
+    void messageChanged();
+    void busyChanged();
+
+private:
+    explicit WindowStatus(GlobalState& state);
+
+    QString message_;
+    SetAllRun* setAll_;
+};
+
+// QML's way to the status of a state: StatusBoard.of(globalState).
+class StatusBoard : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+
+public:
+    explicit StatusBoard(QObject* parent = nullptr);
+
+    Q_INVOKABLE WindowStatus* of(GlobalState* state) const;
+};

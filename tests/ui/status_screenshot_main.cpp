@@ -1,0 +1,83 @@
+// Renders the real main window offscreen and saves three pictures of its
+// status line: with no controller connected after knob 5 was set, during a
+// set-all run with 4AC1CC27 connected, and after that run (one of its knobs
+// has channel 0 and fails its check).
+// Usage: ui_status_screenshot <no-controller.png> <set-all-running.png> <set-all-done.png>
+#include <QImage>
+#include <QSettings>
+#include <QTest>
+
+#include <cstdio>
+
+#include "midi/host_selection.h"
+#include "set_all_run.h"
+#include "sim_scene.h"
+#include "window_harness.h"
+#include "window_status.h"
+
+static bool save(const QImage& image, const char* path)
+{
+    if (!image.save(QString::fromLocal8Bit(path))) {
+        std::fprintf(stderr, "cannot write %s\n", path);
+        return false;
+    }
+    return true;
+}
+
+static void configure(GlobalState& state, int record, const char* type, const char* channel, const char* controller)
+{
+    CreateSetupAreaViewData* knob = state.record(record);
+    knob->set_message_type_menu_string(QString::fromUtf8(type));
+    knob->set_message_channel_menu_string(QString::fromUtf8(channel));
+    knob->set_message_controller_number_code_string(QString::fromUtf8(controller));
+}
+
+int main(int argc, char** argv)
+{
+    if (argc < 4) {
+        std::fprintf(stderr, "usage: %s <no-controller.png> <set-all-running.png> <set-all-done.png>\n", argv[0]);
+        return 2;
+    }
+    prepare_ui_test_environment();
+    QGuiApplication app(argc, argv);
+    configure_application(app);
+    QSettings().clear();
+
+    SimMidiHost sim;
+    set_midi_host(&sim);
+    WindowHarness harness;
+    if (!harness.open())
+        return 1;
+    QQuickItem* panel = harness.panelShowingRecord(5);
+    harness.choose(harness.item(QStringLiteral("typeMenu"), panel), QStringLiteral("Control Change"));
+    harness.replaceText(harness.item(QStringLiteral("channelField"), panel), QStringLiteral("2"));
+    harness.replaceText(harness.item(QStringLiteral("controllerField"), panel), QStringLiteral("74"));
+    harness.click(harness.item(QStringLiteral("setButton"), panel));
+    QTest::qWait(100);
+    if (!save(harness.grab(), argv[1]))
+        return 1;
+
+    plug_controller(sim, "4AC1CC27");
+    GlobalState& state = *harness.state();
+    configure(state, 0, "Note On", "1", "60");
+    configure(state, 1, "Note On", "1", "62");
+    configure(state, 2, "Control Change", "2", "74");
+    configure(state, 6, "Bend Change", "16", "0");
+    configure(state, 9, "Note Off", "0", "64");
+    configure(state, 12, "Control Change", "3", "7");
+    QTest::qWait(600);  // the status line has seen the controller
+    SetAllRun* run = WindowStatus::of(state)->setAll();
+    QImage running;
+    QObject::connect(run, &SetAllRun::progressChanged, [&] {
+        if (run->done() == 3 && running.isNull())
+            running = harness.grab();
+    });
+    harness.click(harness.item(QStringLiteral("setAllButton")));
+    if (!QTest::qWaitFor([run] { return !run->running(); }, 10000))
+        return 1;
+    QTest::qWait(100);
+    const bool saved = save(running, argv[2]) && save(harness.grab(), argv[3]);
+    harness.destroy();
+    set_midi_host(nullptr);
+    return saved ? 0 : 1;
+}

@@ -1,0 +1,173 @@
+// The status line around the import and export: a warning naming the working
+// knobs whose empty fields will shift the lines after them on import, where
+// the file was saved, and how many slots an import read from which file. The
+// printed lines, the file's bytes and the text area stay as they were.
+#include <QFile>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUrl>
+
+#include "console_capture.h"
+#include "midi/host_selection.h"
+#include "midi/sim/sim_midi_host.h"
+#include "model/config_file_transfer.h"
+#include "status_texts.h"
+#include "window_harness.h"
+
+class TransferNotesTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        set_midi_host(&sim);
+        QSettings().clear();
+        QVERIFY(dir.isValid());
+        QVERIFY(harness.open());
+    }
+    void cleanup()
+    {
+        harness.destroy();
+        set_midi_host(nullptr);
+    }
+
+    void knobListJoinsRuns()
+    {
+        QCOMPARE(knob_list_text({}), QString());
+        QCOMPARE(knob_list_text({4}), QStringLiteral("4"));
+        QCOMPARE(knob_list_text({0, 1, 2, 5, 7, 8}), QStringLiteral("0-2, 5, 7, 8"));
+        QCOMPARE(knob_list_text({3, 4, 5, 9, 20, 21, 22, 23}), QStringLiteral("3-5, 9, 20-23"));
+    }
+
+    void exportOfAFirstStartWarnsAboutEveryKnob()
+    {
+        harness.click(harness.item(QStringLiteral("exportButton")));
+        const QString warning = QStringLiteral("注意: 旋钮 0-26 有空字段, 导入时其后各行将错位"
+                                               "(Knobs 0-26 have empty fields; on import the lines after them shift)");
+        QCOMPARE(statusMessage(), warning);
+        QCOMPARE(harness.state()->fullText(), QStringLiteral("导出文件:\n导出配置文件"));
+
+        const QString path = dir.filePath(QStringLiteral("first-start.txt"));
+        ConsoleCapture capture;
+        QVERIFY(harness.acceptFileDialog(saveDialog(), dir.path(), QStringLiteral("first-start.txt")));
+        QCOMPARE(capture.finishLines(), QStringList{QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded)});
+
+        QCOMPARE(statusMessage(), QStringLiteral("已保存到(Saved to) ") + path + u'\n' + warning);
+        QCOMPARE(harness.state()->fullText(), QStringLiteral("导出文件:\n导出配置文件"));
+        // The file is written exactly as without the warning: empty lines stay.
+        QStringList expected;
+        for (int knob = 0; knob <= 26; ++knob)
+            expected << QStringLiteral("Control Change") << QString() << QStringLiteral("127");
+        for (int slot = 81; slot < 90; ++slot)
+            expected << QString(20, u' ');
+        QCOMPARE(readFile(path), expected.join(u'\n').toUtf8());
+    }
+
+    void exportNamesOnlyTheKnobsWithEmptyFields()
+    {
+        for (int knob = 0; knob <= 26; ++knob)
+            harness.state()->record(knob)->set_message_channel_menu_string(QStringLiteral("1"));
+        harness.state()->record(3)->set_message_channel_menu_string(QString());
+        harness.state()->record(4)->set_message_channel_menu_string(QString());
+        harness.state()->record(5)->set_message_controller_number_code_string(QString());
+        harness.state()->record(9)->set_message_channel_menu_string(QString());
+        harness.state()->record(9)->set_message_controller_number_code_string(QString());
+
+        harness.click(harness.item(QStringLiteral("exportButton")));
+        QCOMPARE(statusMessage(), QStringLiteral("注意: 旋钮 3-5, 9 有空字段, 导入时其后各行将错位"
+                                                 "(Knobs 3-5, 9 have empty fields; on import the lines after them shift)"));
+        QVERIFY(harness.cancelFileDialog(saveDialog()));
+    }
+
+    void exportWithoutEmptyFieldsShowsOnlyWhereTheFileWent()
+    {
+        for (int knob = 0; knob <= 26; ++knob)
+            harness.state()->record(knob)->set_message_channel_menu_string(QStringLiteral("16"));
+
+        harness.click(harness.item(QStringLiteral("exportButton")));
+        QCOMPARE(statusMessage(), QString());
+        QVERIFY(harness.acceptFileDialog(saveDialog(), dir.path(), QStringLiteral("full.txt")));
+
+        QCOMPARE(statusMessage(), QStringLiteral("已保存到(Saved to) ") + dir.filePath(QStringLiteral("full.txt")));
+    }
+
+    void failedSaveSaysWhy()
+    {
+        harness.click(harness.item(QStringLiteral("exportButton")));
+        QVERIFY(harness.cancelFileDialog(saveDialog()));
+        ConsoleCapture capture;
+        QMetaObject::invokeMethod(transfer(), "exportCompleted",
+                                  Q_ARG(QUrl, QUrl::fromLocalFile(dir.filePath(QStringLiteral("no folder/x.txt")))));
+        const QStringList lines = capture.finishLines();
+        QCOMPARE(lines.size(), 1);
+        QVERIFY(lines.first().startsWith(QStringLiteral("Failed to write file: ")));
+        QCOMPARE(statusMessage(), QStringLiteral("未能保存(Not saved): ") +
+                                      lines.first().mid(QStringLiteral("Failed to write file: ").size()));
+    }
+
+    void importSaysHowManySlotsWereReadFromWhichFile()
+    {
+        const QString path = dir.filePath(QStringLiteral("six.txt"));
+        writeFile(path, "Note On\n1\n60\n\nBend Change\n16\n0\n");
+        harness.click(harness.item(QStringLiteral("importButton")));
+        QCOMPARE(harness.state()->fullText(), QStringLiteral("导入文件:\n导入配置文件"));
+
+        ConsoleCapture capture;
+        QVERIFY(harness.acceptFileDialog(openDialog(), dir.path(), QStringLiteral("six.txt")));
+        const QString expected = QStringLiteral("已从 ") + path +
+                                 QStringLiteral(" 读取6个槽位, 面板下次刷新时显示"
+                                                "(6 slots read; the panels show them from the next refresh on)");
+        QTRY_COMPARE(statusMessage(), expected);
+        const QStringList lines = capture.finishLines();
+
+        // The import's own lines, in their order; nothing of the status line.
+        QCOMPARE(lines.size(), 5);
+        QCOMPARE(lines.at(0), QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded));
+        QVERIFY(lines.at(1).startsWith(QStringLiteral("PPP Loaded settings: [")));
+        QCOMPARE(lines.at(2), QStringLiteral("Expanded configuration.settings to 300 elements"));
+        QCOMPARE(lines.at(3), QStringLiteral("Updated configuration.settings count: 300"));
+        QVERIFY(lines.at(4).startsWith(QStringLiteral("First 10 elements: [\"Note On\", \"1\", \"60\", \"Bend Change\"")));
+        QCOMPARE(harness.state()->fullText(), QStringLiteral("导入文件:\n导入配置文件"));
+        // The panels still show the table from before the import.
+        QCOMPARE(harness.state()->record(0)->message_type_menu_string(), QStringLiteral("选择消息类型"));
+    }
+
+    void unreadableFileIsNamed()
+    {
+        ConsoleCapture capture;
+        const QUrl missing = QUrl::fromLocalFile(dir.filePath(QStringLiteral("gone.txt")));
+        QMetaObject::invokeMethod(transfer(), "importCompleted", Q_ARG(QUrl, missing));
+        QTest::qWait(20);
+        const QStringList lines = capture.finishLines();
+        QVERIFY(lines.value(1).startsWith(QStringLiteral("Failed to read file: ")));
+        QCOMPARE(statusMessage(), QStringLiteral("未能读取(Could not read) ") + dir.filePath(QStringLiteral("gone.txt")));
+    }
+
+private:
+    QObject* transfer() const { return harness.window()->findChild<ConfigFileTransfer*>(); }
+    QObject* openDialog() const { return harness.window()->findChild<QObject*>(QStringLiteral("openDialog")); }
+    QObject* saveDialog() const { return harness.window()->findChild<QObject*>(QStringLiteral("saveDialog")); }
+    QString statusMessage() const
+    {
+        return harness.item(QStringLiteral("statusMessage"))->property("text").toString();
+    }
+    static QByteArray readFile(const QString& path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
+    }
+    static void writeFile(const QString& path, const QByteArray& bytes)
+    {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(bytes), bytes.size());
+    }
+
+    SimMidiHost sim;
+    QTemporaryDir dir;
+    WindowHarness harness;
+};
+
+DIALCRAFT_UI_TEST_MAIN(TransferNotesTest)
+#include "transfer_notes_test.moc"
