@@ -2,11 +2,16 @@
 // What the ALSA host keeps between calls: the clients it opened, and the
 // lookups from handles back to them. Private to the files of this folder.
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "midi/alsa/alsa_midi_host.h"
+#include "midi/alsa/announce_watcher.h"
+#include "midi/alsa/card_names.h"
+#include "midi/alsa/device_lists.h"
 #include "midi/alsa/input_port.h"
 #include "midi/alsa/object_ref.h"
 
@@ -43,9 +48,47 @@ struct AlsaObjectNames {
     int card = -1;          // the client's sound card, or -1
 };
 
+// What the host keeps from one look-up to the next: the device lists and
+// the card names read since, true as long as the watcher's count stays at
+// `stamp` and our own clients stay as they were at `own_stamp`.
+struct AlsaKept {
+    bool valid = false;
+    uint64_t stamp = 0;
+    uint64_t own_stamp = 0;
+    AlsaDeviceLists lists;
+    std::map<std::pair<int, int>, AlsaCardNames> card_names;  // by card and client
+};
+
 struct AlsaMidiHost::State {
     std::vector<std::unique_ptr<AlsaOwnClient>> clients;
     uint8_t last_serial = 0;
+
+    // The one listener on the announce port, serving both what is kept and
+    // the change callback; running while a client is open or a callback is set.
+    std::unique_ptr<AlsaAnnounceWatcher> watcher;
+    MidiChangeProc change_proc = nullptr;
+    void* change_context = nullptr;
+    // Moves whenever our own clients (or the watcher's) come or go, which
+    // changes what counts as a device.
+    uint64_t own_changes = 0;
+    AlsaKept kept;
+
+    ~State();
+
+    // Opens the watcher if there is none or its thread has stopped, and hands
+    // it the change callback. Returns 0 or the error of opening it.
+    MidiStatus start_watcher();
+    // Closes the watcher once nothing needs it: no client and no callback.
+    void stop_watcher_if_idle();
+
+    // The device lists as the sequencer has them now: the kept ones while
+    // nothing has changed since (`check_queue`: also no announcement is
+    // waiting to be read, one poll() call), else read afresh in one walk.
+    // Empty while no client of ours is open.
+    const AlsaDeviceLists& device_lists(bool check_queue);
+    // The names of sound card `card`, which client `client` belongs to; kept
+    // along with the device lists. Call after device_lists().
+    MidiStatus card_names(int card, int client, AlsaCardNames* out);
 
     uint8_t next_serial();
     // Queries go through the first open client; with none there is nothing to see.
@@ -56,8 +99,10 @@ struct AlsaMidiHost::State {
     AlsaOwnClient* find_output_port(const AlsaRef& ref) const;
     AlsaOwnClient* find_input_port(const AlsaRef& ref) const;
 
-    // Checks that the object behind `ref` exists right now and reads its names.
-    MidiStatus look_up(const AlsaRef& ref, AlsaObjectNames* names) const;
+    // Checks that the object behind `ref` exists right now and reads its
+    // names. A port's own look-up is one query; its client's name and card
+    // take a second one, made only when `need_client` asks for them.
+    MidiStatus look_up(const AlsaRef& ref, bool need_client, AlsaObjectNames* names) const;
     // The capability bits of the port client:port, read through `seq`.
     static MidiStatus port_capability(snd_seq_t* seq, int client, int port, unsigned int* caps);
 };

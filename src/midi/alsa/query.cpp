@@ -35,79 +35,21 @@ PortInfo new_port_info()
     return PortInfo(snd_seq_port_info_malloc(&info) < 0 ? nullptr : info);
 }
 
-enum class PortRole { source, destination };
-
-constexpr unsigned int role_caps(PortRole role)
+bool is_own(int client, const void* state)
 {
-    return role == PortRole::source ? SND_SEQ_PORT_CAP_READ | SND_SEQ_PORT_CAP_SUBS_READ
-                                    : SND_SEQ_PORT_CAP_WRITE | SND_SEQ_PORT_CAP_SUBS_WRITE;
+    return static_cast<const AlsaMidiHost::State*>(state)->is_own_client(client);
 }
 
-// Walks the devices, the clients that are neither System nor ours, in
-// sequencer order; stops early when `visit(client)` returns true.
-template <typename Visit>
-void for_each_device(const AlsaMidiHost::State& state, Visit visit)
+MidiObjectRef device_ref(uint8_t client)
 {
-    snd_seq_t* seq = state.query_seq();
-    ClientInfo info = new_client_info();
-    if (!seq || !info)
-        return;
-    snd_seq_client_info_set_client(info.get(), -1);
-    while (snd_seq_query_next_client(seq, info.get()) >= 0) {
-        const int id = snd_seq_client_info_get_client(info.get());
-        if (id == SND_SEQ_CLIENT_SYSTEM || state.is_own_client(id))
-            continue;
-        if (visit(id))
-            return;
-    }
+    return encode_alsa_ref(AlsaRef{AlsaRefKind::device, 0, client, 0});
 }
 
-// Walks the devices' ports that others may connect in `role` (hidden ports
-// left out); stops early when `visit(client, port)` returns true.
-template <typename Visit>
-void for_each_port(const AlsaMidiHost::State& state, PortRole role, Visit visit)
+MidiObjectRef port_ref(AlsaRefKind kind, const std::vector<AlsaAddress>& list, size_t index)
 {
-    snd_seq_t* seq = state.query_seq();
-    PortInfo info = new_port_info();
-    if (!seq || !info)
-        return;
-    const unsigned int wanted = role_caps(role);
-    for_each_device(state, [&](int client) {
-        snd_seq_port_info_set_client(info.get(), client);
-        snd_seq_port_info_set_port(info.get(), -1);
-        while (snd_seq_query_next_port(seq, info.get()) >= 0) {
-            const unsigned int caps = snd_seq_port_info_get_capability(info.get());
-            if ((caps & wanted) != wanted || (caps & SND_SEQ_PORT_CAP_NO_EXPORT))
-                continue;
-            if (visit(client, snd_seq_port_info_get_port(info.get())))
-                return true;
-        }
-        return false;
-    });
-}
-
-size_t count_ports(const AlsaMidiHost::State& state, PortRole role)
-{
-    size_t n = 0;
-    for_each_port(state, role, [&](int, int) {
-        ++n;
-        return false;
-    });
-    return n;
-}
-
-MidiObjectRef port_at(const AlsaMidiHost::State& state, PortRole role, size_t index)
-{
-    const AlsaRefKind kind = role == PortRole::source ? AlsaRefKind::source : AlsaRefKind::destination;
-    MidiObjectRef found = 0;
-    size_t i = 0;
-    for_each_port(state, role, [&](int client, int port) {
-        if (i++ != index)
-            return false;
-        found = encode_alsa_ref(AlsaRef{kind, 0, static_cast<uint8_t>(client), static_cast<uint8_t>(port)});
-        return true;
-    });
-    return found;
+    if (index >= list.size())
+        return 0;
+    return encode_alsa_ref(AlsaRef{kind, 0, list[index].client, list[index].port});
 }
 
 bool is_port_kind(AlsaRefKind kind)
@@ -117,7 +59,42 @@ bool is_port_kind(AlsaRefKind kind)
 
 }  // namespace
 
-MidiStatus AlsaMidiHost::State::look_up(const AlsaRef& ref, AlsaObjectNames* names) const
+const AlsaDeviceLists& AlsaMidiHost::State::device_lists(bool check_queue)
+{
+    if (kept.valid && kept.own_stamp == own_changes && watcher && watcher->unchanged_since(kept.stamp, check_queue))
+        return kept.lists;
+    // Taken before the walk: whatever changes during it moves the count on,
+    // so the lists read now are never kept past a change they missed.
+    const bool watching = watcher && watcher->alive();
+    const uint64_t stamp = watching ? watcher->change_count() : 0;
+    kept.card_names.clear();
+    snd_seq_t* seq = query_seq();
+    const bool read = seq && read_device_lists(seq, is_own, this, &kept.lists) == 0;
+    if (!read)
+        kept.lists.clear();
+    kept.valid = watching && read;
+    kept.stamp = stamp;
+    kept.own_stamp = own_changes;
+    return kept.lists;
+}
+
+MidiStatus AlsaMidiHost::State::card_names(int card, int client, AlsaCardNames* out)
+{
+    const auto key = std::make_pair(card, client);
+    if (kept.valid) {
+        if (auto it = kept.card_names.find(key); it != kept.card_names.end()) {
+            *out = it->second;
+            return 0;
+        }
+    }
+    if (MidiStatus err = read_alsa_card_names(card, out); err != 0)
+        return err;
+    if (kept.valid)
+        kept.card_names.emplace(key, *out);
+    return 0;
+}
+
+MidiStatus AlsaMidiHost::State::look_up(const AlsaRef& ref, bool need_client, AlsaObjectNames* names) const
 {
     snd_seq_t* seq = query_seq();
     if (!seq)
@@ -134,6 +111,13 @@ MidiStatus AlsaMidiHost::State::look_up(const AlsaRef& ref, AlsaObjectNames* nam
         if (int err = snd_seq_get_any_port_info(seq, ref.client, ref.port, port.get()); err < 0)
             return err;
         port_name = snd_seq_port_info_get_name(port.get());
+        // A port exists only on a client that does.
+        if (!need_client) {
+            names->client_name.clear();
+            names->port_name = std::move(port_name);
+            names->card = -1;
+            return 0;
+        }
     }
     ClientInfo client = new_client_info();
     if (!client)
@@ -157,47 +141,37 @@ MidiStatus AlsaMidiHost::State::port_capability(snd_seq_t* seq, int client, int 
     return 0;
 }
 
+// A count starts every scan of the link, so it also makes sure no
+// announcement is waiting; a look-up by index trusts the watcher's count.
 size_t AlsaMidiHost::number_of_sources()
 {
-    return count_ports(*state_, PortRole::source);
+    return state_->device_lists(true).sources.size();
 }
 
 MidiObjectRef AlsaMidiHost::get_source(size_t index)
 {
-    return port_at(*state_, PortRole::source, index);
+    return port_ref(AlsaRefKind::source, state_->device_lists(false).sources, index);
 }
 
 size_t AlsaMidiHost::number_of_destinations()
 {
-    return count_ports(*state_, PortRole::destination);
+    return state_->device_lists(true).destinations.size();
 }
 
 MidiObjectRef AlsaMidiHost::get_destination(size_t index)
 {
-    return port_at(*state_, PortRole::destination, index);
+    return port_ref(AlsaRefKind::destination, state_->device_lists(false).destinations, index);
 }
 
 size_t AlsaMidiHost::number_of_devices()
 {
-    size_t n = 0;
-    for_each_device(*state_, [&](int) {
-        ++n;
-        return false;
-    });
-    return n;
+    return state_->device_lists(true).devices.size();
 }
 
 MidiObjectRef AlsaMidiHost::get_device(size_t index)
 {
-    MidiObjectRef found = 0;
-    size_t i = 0;
-    for_each_device(*state_, [&](int client) {
-        if (i++ != index)
-            return false;
-        found = encode_alsa_ref(AlsaRef{AlsaRefKind::device, 0, static_cast<uint8_t>(client), 0});
-        return true;
-    });
-    return found;
+    const AlsaDeviceLists& lists = state_->device_lists(false);
+    return index < lists.devices.size() ? device_ref(lists.devices[index]) : 0;
 }
 
 MidiStatus AlsaMidiHost::get_string_property(MidiObjectRef obj, MidiStringProperty prop, char* buffer,
@@ -206,24 +180,45 @@ MidiStatus AlsaMidiHost::get_string_property(MidiObjectRef obj, MidiStringProper
     const auto ref = decode_alsa_ref(obj);
     if (!ref || !buffer || size == 0)
         return -EINVAL;
-    AlsaObjectNames names;
-    if (MidiStatus err = state_->look_up(*ref, &names); err != 0)
-        return err;
     std::string value;
-    if (prop == MidiStringProperty::address) {
-        value = std::to_string(ref->client);
-        if (is_port_kind(ref->kind))
-            value += ':' + std::to_string(ref->port);
-    } else if (prop == MidiStringProperty::name) {
-        value = is_port_kind(ref->kind) ? names.port_name : names.client_name;
+    if (prop == MidiStringProperty::address || prop == MidiStringProperty::name) {
+        // Names are read live: a client may rename itself after its start
+        // was announced, and no announcement says so.
+        AlsaObjectNames names;
+        if (MidiStatus err = state_->look_up(*ref, false, &names); err != 0)
+            return err;
+        if (prop == MidiStringProperty::name) {
+            value = is_port_kind(ref->kind) ? names.port_name : names.client_name;
+        } else {
+            value = std::to_string(ref->client);
+            if (is_port_kind(ref->kind))
+                value += ':' + std::to_string(ref->port);
+        }
     } else {
         // A port's model and manufacturer are those of its client. A client of
         // a sound card takes the card's names; when there is no card, or it
-        // cannot be read, the client's name stands for the model.
+        // cannot be read, the client's name stands for the model. A device in
+        // the kept lists has its card there, and the card's names are kept
+        // with the lists; anything else is read live.
         AlsaCardNames card;
-        const bool has_card = names.card >= 0 && read_alsa_card_names(names.card, &card) == 0;
+        bool has_card = false;
+        bool known = false;
+        const AlsaDeviceLists& lists = state_->device_lists(false);
+        if (ref->kind == AlsaRefKind::device && state_->kept.valid && lists.has_device(ref->client) &&
+            lists.card_of[ref->client] >= 0) {
+            has_card = state_->card_names(lists.card_of[ref->client], ref->client, &card) == 0;
+            known = has_card;
+        }
+        std::string client_name;
+        if (!known) {
+            AlsaObjectNames names;
+            if (MidiStatus err = state_->look_up(*ref, true, &names); err != 0)
+                return err;
+            has_card = names.card >= 0 && state_->card_names(names.card, ref->client, &card) == 0;
+            client_name = std::move(names.client_name);
+        }
         if (prop == MidiStringProperty::model)
-            value = has_card ? card.name : names.client_name;
+            value = has_card ? card.name : client_name;
         else if (has_card)
             value = usb_manufacturer_from_long_name(card.long_name, card.name);
     }
@@ -240,7 +235,7 @@ MidiStatus AlsaMidiHost::get_integer_property(MidiObjectRef obj, MidiIntegerProp
         return -EINVAL;
     // The sequencer has no offline state: whatever exists is online.
     AlsaObjectNames names;
-    if (MidiStatus err = state_->look_up(*ref, &names); err != 0)
+    if (MidiStatus err = state_->look_up(*ref, false, &names); err != 0)
         return err;
     *value = 0;
     return 0;
