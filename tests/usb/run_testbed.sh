@@ -6,6 +6,11 @@
 #
 #   run_testbed.sh --work <dir> --emulator <controller_emulator>
 #                  --scenario <id>=<program> [--scenario <id>=<program>]...
+#                  [--program <helper program>]...
+#
+# Scenarios run in the order given, as "<program> <id> <emulator> <work
+# dir>". Helper programs are only put next to the emulator in /testbed/bin,
+# for scenarios to start.
 #
 # Exit status: 0 all scenarios passed, 1 a failure, 77 skipped because QEMU,
 # busybox or the kernel package is not available. Under CI=true nothing is
@@ -34,12 +39,13 @@ seconds_since() {
 
 run_started=$(date +%s.%N)
 work= emulator=
-scenario_ids=() scenario_programs=()
+scenario_ids=() scenario_programs=() helper_programs=()
 while [ $# -gt 0 ]; do
   case "$1" in
     --work) work=$2; shift 2 ;;
     --emulator) emulator=$2; shift 2 ;;
     --scenario) scenario_ids+=("${2%%=*}"); scenario_programs+=("${2#*=}"); shift 2 ;;
+    --program) helper_programs+=("$2"); shift 2 ;;
     *) echo "run_testbed.sh: unknown argument $1" >&2; exit 2 ;;
   esac
 done
@@ -64,7 +70,7 @@ failed() {
 
 command -v qemu-system-x86_64 >/dev/null || unavailable "qemu-system-x86_64 not found (Debian package qemu-system-x86)"
 command -v busybox >/dev/null || unavailable "busybox not found (Debian package busybox-static)"
-for tool in dpkg-deb apt-get apt-cache ldd timeout flock gzip cmp; do
+for tool in dpkg-deb apt-get apt-cache ldd timeout flock gzip md5sum; do
   command -v "$tool" >/dev/null || unavailable "$tool not found"
 done
 
@@ -100,6 +106,10 @@ for i in "${!scenario_ids[@]}"; do
   [ -x "$program" ] || failed "scenario program $program not built"
   echo "${scenario_ids[$i]} $(basename "$program")" >>"$work/scenarios"
   case " ${programs[*]} " in *" $program "*) ;; *) programs+=("$program") ;; esac
+done
+for program in "${helper_programs[@]}"; do
+  [ -x "$program" ] || failed "helper program $program not built"
+  programs+=("$program")
 done
 share_sync "$work/share" "$KERNEL_VERSION" "$modules_dir" "$work/modules.order" "$work/scenarios" \
   "${programs[@]}" || failed "cannot fill the 9p share $work/share"

@@ -84,6 +84,11 @@ void ScenarioReport::report_arrival_gaps(const std::vector<ReceivedMessage>& mes
     marker("@@dialcraft-usb gaps " + id_ + gap_list(ns, &gaps));
 }
 
+void ScenarioReport::table(const std::string& line)
+{
+    marker("@@dialcraft-usb table " + line);
+}
+
 void ScenarioReport::detail(const std::string& label, const std::string& text)
 {
     std::string block = "---- " + label + "\n";

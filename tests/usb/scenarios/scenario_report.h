@@ -5,6 +5,7 @@
 //   @@dialcraft-usb check <id> FAIL <what>
 //   @@dialcraft-usb sent <id> <gap ms> ...     (between the sender's sends)
 //   @@dialcraft-usb gaps <id> <gap ms> ...     (between arrivals at the controller)
+//   @@dialcraft-usb table <text>               (a line of a table of figures)
 //   @@dialcraft-usb result <id> PASS|FAIL <title>
 // Markers go to the console even while standard output is being captured.
 #include <cstdint>
@@ -30,6 +31,8 @@ public:
     // received them. Reported only: USB delivery in the VM jitters by
     // several milliseconds either way, so they say nothing about the pause.
     void report_arrival_gaps(const std::vector<ReceivedMessage>& messages);
+    // One line of a table the host prints below the results, as it is.
+    void table(const std::string& line);
     // Prints diagnostic text (captured link output, emulator logs) indented.
     void detail(const std::string& label, const std::string& text);
     // Prints the result marker; returns the process exit status.

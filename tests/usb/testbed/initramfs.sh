@@ -8,7 +8,13 @@
 # The load order file holds the 9p modules' paths in the modules dir, in
 # load order; they go to /boot-modules with a load-order file.
 initramfs_build() {
-  local stage=$1 out=$2 modules=$3 init=$4 order=$5
+  local stage=$1 out=$2 modules=$3 init=$4 order=$5 key
+  # The same inputs make the same image: kept from the last run.
+  key=$({ cat "$init" "$order" "$(command -v busybox)"; echo "$modules"; } | md5sum | cut -d' ' -f1)
+  if [ -s "$out" ] && [ "$(cat "$out.key" 2>/dev/null)" = "$key" ]; then
+    return 0
+  fi
+  rm -f "$out.key"
   rm -rf "$stage" && mkdir -p "$stage"/{bin,dev,proc,sys,tmp,share,boot-modules} || return 1
 
   local busybox_bin
@@ -29,4 +35,5 @@ initramfs_build() {
 
   (cd "$stage" && find . | busybox cpio -o -H newc 2>/dev/null | gzip -1) >"$out" || return 1
   rm -rf "$stage"
+  echo "$key" >"$out.key"
 }

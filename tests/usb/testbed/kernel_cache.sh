@@ -7,9 +7,23 @@
 # package can be neither found in the cache nor downloaded.
 
 # The concrete kernel package that linux-image-amd64 currently depends on.
+# Asking apt-cache takes seconds, so the answer is kept in <cache> along with
+# the time apt's package cache was last written, and asked again only when
+# that changes.
 kernel_current_package() {
-  apt-cache depends linux-image-amd64 2>/dev/null |
-    sed -n 's/^ *Depends: \(linux-image-[0-9][^ ]*-amd64\)$/\1/p' | head -n 1
+  local cache=$1 stamp kept package
+  stamp=$(stat -c %Y /var/cache/apt/pkgcache.bin /var/lib/apt/lists 2>/dev/null | tr '\n' ' ')
+  if [ -n "$stamp" ] && read -r kept package <"$cache/.current-package" 2>/dev/null &&
+    [ "$kept" = "${stamp// /_}" ] && [ -n "$package" ]; then
+    echo "$package"
+    return 0
+  fi
+  package=$(apt-cache depends linux-image-amd64 2>/dev/null |
+    sed -n 's/^ *Depends: \(linux-image-[0-9][^ ]*-amd64\)$/\1/p' | head -n 1)
+  if [ -n "$package" ] && [ -n "$stamp" ]; then
+    echo "${stamp// /_} $package" >"$cache/.current-package.$$" && mv -f "$cache/.current-package.$$" "$cache/.current-package"
+  fi
+  echo "$package"
 }
 
 # The newest kernel already unpacked in the cache, for machines whose package
@@ -41,13 +55,13 @@ kernel_fetch() {
 
 kernel_fetch_current() {
   local cache=$1 package
-  package=$(kernel_current_package)
+  package=$(kernel_current_package "$cache")
   # Machines set up from images often come without package lists; root can
   # fetch them.
   if [ -z "$package" ] && [ "$(id -u)" -eq 0 ] && [ -z "$(kernel_newest_cached "$cache")" ]; then
     echo "testbed: no package lists, running apt-get update"
     timeout 90 apt-get update -qq >/dev/null 2>&1
-    package=$(kernel_current_package)
+    package=$(kernel_current_package "$cache")
   fi
   if [ -z "$package" ]; then
     KERNEL_ERROR="cannot tell which kernel package linux-image-amd64 depends on (no package lists? apt-get update)"
@@ -118,13 +132,13 @@ kernel_boot_image() {
       [ -n "$offset" ] && command -v zstd >/dev/null && tool="zstd -dc"
     fi
     # shellcheck disable=SC2086 # the tool's options are separate words
-    if [ -n "$tool" ] && tail -c +"$((offset + 1))" "$vmlinuz" | $tool >"$vmlinux.partial" 2>/dev/null &&
-      [ "$(head -c 4 "$vmlinux.partial" | od -An -c | tr -d ' ')" = '177ELF' ]; then
-      mv "$vmlinux.partial" "$vmlinux"
+    if [ -n "$tool" ] && tail -c +"$((offset + 1))" "$vmlinuz" | $tool >"$vmlinux.partial.$$" 2>/dev/null &&
+      [ "$(head -c 4 "$vmlinux.partial.$$" | od -An -c | tr -d ' ')" = '177ELF' ]; then
+      mv "$vmlinux.partial.$$" "$vmlinux"
       echo "$vmlinux"
       return 0
     fi
-    rm -f "$vmlinux.partial"
+    rm -f "$vmlinux.partial.$$"
   fi
   echo "$vmlinuz"
 }

@@ -6,13 +6,15 @@
 # uses, not what the libraries weigh. The folder stays between runs and only
 # files that changed are copied again.
 
-# Copies <file> to <dest> unless <dest> already holds the same bytes.
+# Copies <file> to <dest> unless <dest> is the copy made last time: copies
+# keep the file's modification time, and a rebuilt or updated file gets a
+# new one. Shell tests only, no process per file: there are hundreds.
 share_copy_if_changed() {
   local file=$1 dest=$2
-  if [ -f "$dest" ] && cmp -s "$file" "$dest"; then
+  if [ -f "$dest" ] && ! [ "$file" -nt "$dest" ] && ! [ "$file" -ot "$dest" ]; then
     return 0
   fi
-  mkdir -p "$(dirname "$dest")" && cp -L "$file" "$dest.new" && mv -f "$dest.new" "$dest"
+  mkdir -p "${dest%/*}" && cp -L --preserve=timestamps "$file" "$dest.new" && mv -f "$dest.new" "$dest"
 }
 
 # The shared libraries (and the dynamic loader) that <binary> needs, one
