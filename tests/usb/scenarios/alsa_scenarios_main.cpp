@@ -10,7 +10,7 @@
 int main(int argc, char** argv)
 {
     if (argc != 4) {
-        std::fprintf(stderr, "usage: %s <scenario 21|22|23|24> <controller_emulator> <work dir>\n", argv[0]);
+        std::fprintf(stderr, "usage: %s <scenario 21|22|23|24|25> <controller_emulator> <work dir>\n", argv[0]);
         return 2;
     }
     const std::string id = argv[1];
@@ -24,6 +24,8 @@ int main(int argc, char** argv)
         return renamed_client_scenario(bed);
     if (id == "24")
         return client_count_benchmark(bed);
+    if (id == "25")
+        return watch_changes_scenario(bed);
     std::fprintf(stderr, "unknown scenario %s\n", id.c_str());
     return 2;
 }

@@ -14,6 +14,8 @@
 #include <string>
 #include <thread>
 
+#include <unistd.h>
+
 #include "alsa_scenarios.h"
 #include "console_capture.h"
 #include "helper_process.h"
@@ -26,6 +28,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int programmings = 8;
+constexpr int work_rounds = 10;
 const std::vector<std::vector<uint8_t>> sequence = {
     {0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}};
 
@@ -113,6 +116,48 @@ bool program_by_reference(ScenarioReport& report, HelperProcess& sender, Gaps* g
     return ok;
 }
 
+// The link's own work per message, timed inside the VM: its device scan (a
+// scan-only send_midi_out_data, less the 8 ms pause timed alone on the same
+// thread) and one destination look-up (midi_get_destination), which every
+// message makes three times.
+struct Work {
+    std::vector<double> pause, scan_call, lookup;
+};
+
+double ms_since(std::chrono::steady_clock::time_point start)
+{
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+}
+
+Work measure_work(int rounds)
+{
+    Work work;
+    ConsoleCapture capture;
+    for (int r = 0; r < rounds; ++r) {
+        auto start = std::chrono::steady_clock::now();
+        usleep(8000);
+        work.pause.push_back(ms_since(start));
+        start = std::chrono::steady_clock::now();
+        send_midi_out_data(0xFF, 15, 0, 0);
+        work.scan_call.push_back(ms_since(start));
+        start = std::chrono::steady_clock::now();
+        midi_get_destination();
+        work.lookup.push_back(ms_since(start));
+    }
+    capture.finish();
+    return work;
+}
+
+std::string work_row(int extra, const Work& work)
+{
+    const double scan = median(work.scan_call) - median(work.pause);
+    const double lookup = median(work.lookup);
+    char text[160];
+    std::snprintf(text, sizeof text, "| %d | %.2f | %.3f | %.3f | %.2f |", extra, median(work.pause), scan, lookup,
+                  scan + 3 * lookup);
+    return text;
+}
+
 std::string ratio(double link, double reference)
 {
     if (reference - 8 < 0.01)
@@ -151,7 +196,7 @@ int client_count_benchmark(const TestBed& bed)
         return report.finish();
     }
 
-    std::vector<std::string> rows;
+    std::vector<std::string> rows, work_rows;
     for (int extra : {0, 10, 40}) {
         if (!crowd.grow_to(report, extra))
             break;
@@ -168,6 +213,7 @@ int client_count_benchmark(const TestBed& bed)
             check_arrivals(report, emulator, first + sequence.size(), "the reference", &reference.arrived);
         }
         rows.push_back(row(extra, link, reference));
+        work_rows.push_back(work_row(extra, measure_work(work_rounds)));
     }
     report.check(sender.finish(5s), "reference_sender ends: " + sender.error());
     midi_exit();
@@ -179,6 +225,12 @@ int client_count_benchmark(const TestBed& bed)
                  "| link, sent | reference, sent | ratio, sent |");
     report.table("|---|---|---|---|---|---|---|");
     for (const std::string& r : rows)
+        report.table(r);
+    report.table("the link's work per message, ms, medians of " + std::to_string(work_rounds) +
+                 " rounds: device scan (a scan-only call less the pause) and one destination look-up");
+    report.table("| extra clients | 8 ms pause alone | device scan | destination look-up | scan + 3 look-ups |");
+    report.table("|---|---|---|---|---|");
+    for (const std::string& r : work_rows)
         report.table(r);
     return report.finish();
 }
