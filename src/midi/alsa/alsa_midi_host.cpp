@@ -227,6 +227,7 @@ MidiStatus AlsaMidiHost::port_dispose(MidiObjectRef port)
             return err;
         c->out_port = -1;
         c->out_serial = 0;
+        c->connected.clear();
         return 0;
     }
     if (ref->kind == AlsaRefKind::input_port) {

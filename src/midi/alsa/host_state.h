@@ -1,6 +1,7 @@
 #pragma once
 // What the ALSA host keeps between calls: the clients it opened, and the
 // lookups from handles back to them. Private to the files of this folder.
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -28,6 +29,9 @@ struct AlsaOwnClient {
     std::string name;
     snd_midi_event_t* encoder = nullptr;
     int out_port = -1;
+    // Destinations the output port is known to be connected to, while the
+    // kept lists stand (a port that went and came back needs a new one).
+    std::vector<AlsaAddress> connected;
     uint8_t out_serial = 0;
     std::unique_ptr<AlsaInputPort> input;
     uint8_t in_serial = 0;
@@ -42,10 +46,12 @@ struct AlsaOwnClient {
 };
 
 // What a handle's object is called right now, read from the sequencer.
+// Fixed buffers: the sequencer's names are at most 63 bytes, and the names
+// are read on every look-up, so nothing is allocated for them.
 struct AlsaObjectNames {
-    std::string client_name;
-    std::string port_name;  // empty for clients
-    int card = -1;          // the client's sound card, or -1
+    char client_name[64] = {};
+    char port_name[64] = {};  // empty for clients
+    int card = -1;            // the client's sound card, or -1
 };
 
 // What the host keeps from one look-up to the next: the device lists and
@@ -72,6 +78,9 @@ struct AlsaMidiHost::State {
     // changes what counts as a device.
     uint64_t own_changes = 0;
     AlsaKept kept;
+    std::chrono::steady_clock::time_point last_queue_check{};
+    // The card names last read while nothing could be kept.
+    AlsaCardNames uncached_card;
 
     ~State();
 
@@ -86,9 +95,13 @@ struct AlsaMidiHost::State {
     // waiting to be read, one poll() call), else read afresh in one walk.
     // Empty while no client of ours is open.
     const AlsaDeviceLists& device_lists(bool check_queue);
-    // The names of sound card `card`, which client `client` belongs to; kept
-    // along with the device lists. Call after device_lists().
-    MidiStatus card_names(int card, int client, AlsaCardNames* out);
+    // The names of sound card `card`, which client `client` belongs to, or
+    // nullptr when they cannot be read; kept along with the device lists.
+    // Call after device_lists(); valid until the next call.
+    const AlsaCardNames* card_names(int card, int client);
+    // Whether the device, source or destination behind `ref` is in the kept
+    // lists, which are brought up to date first; false when nothing is kept.
+    bool kept_has(const AlsaRef& ref);
 
     uint8_t next_serial();
     // Queries go through the first open client; with none there is nothing to see.

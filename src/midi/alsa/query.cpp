@@ -4,8 +4,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
-#include <memory>
 #include <string>
 
 #include "midi/alsa/alsa_midi_host.h"
@@ -13,27 +13,6 @@
 #include "midi/alsa/host_state.h"
 
 namespace {
-
-struct ClientInfoFree {
-    void operator()(snd_seq_client_info_t* info) const { snd_seq_client_info_free(info); }
-};
-struct PortInfoFree {
-    void operator()(snd_seq_port_info_t* info) const { snd_seq_port_info_free(info); }
-};
-using ClientInfo = std::unique_ptr<snd_seq_client_info_t, ClientInfoFree>;
-using PortInfo = std::unique_ptr<snd_seq_port_info_t, PortInfoFree>;
-
-ClientInfo new_client_info()
-{
-    snd_seq_client_info_t* info = nullptr;
-    return ClientInfo(snd_seq_client_info_malloc(&info) < 0 ? nullptr : info);
-}
-
-PortInfo new_port_info()
-{
-    snd_seq_port_info_t* info = nullptr;
-    return PortInfo(snd_seq_port_info_malloc(&info) < 0 ? nullptr : info);
-}
 
 bool is_own(int client, const void* state)
 {
@@ -57,10 +36,36 @@ bool is_port_kind(AlsaRefKind kind)
     return kind != AlsaRefKind::client && kind != AlsaRefKind::device;
 }
 
+bool listed(const std::vector<AlsaAddress>& list, const AlsaRef& ref)
+{
+    return std::any_of(list.begin(), list.end(),
+                       [&](const AlsaAddress& a) { return a.client == ref.client && a.port == ref.port; });
+}
+
+// Copies `text` into a fixed buffer, cut to fit and terminated.
+template <size_t N>
+void copy_text(char (&target)[N], const char* text)
+{
+    const size_t n = strnlen(text, N - 1);
+    std::memcpy(target, text, n);
+    target[n] = '\0';
+}
+
+// One scan of the link (a count, then reads by index) takes well under this;
+// the announcement queue is asked once per such burst, not at every count.
+constexpr std::chrono::milliseconds queue_check_interval{2};
+
 }  // namespace
 
 const AlsaDeviceLists& AlsaMidiHost::State::device_lists(bool check_queue)
 {
+    if (check_queue) {
+        const auto now = std::chrono::steady_clock::now();
+        if (now - last_queue_check < queue_check_interval)
+            check_queue = false;
+        else
+            last_queue_check = now;
+    }
     if (kept.valid && kept.own_stamp == own_changes && watcher && watcher->unchanged_since(kept.stamp, check_queue))
         return kept.lists;
     // Taken before the walk: whatever changes during it moves the count on,
@@ -68,6 +73,8 @@ const AlsaDeviceLists& AlsaMidiHost::State::device_lists(bool check_queue)
     const bool watching = watcher && watcher->alive();
     const uint64_t stamp = watching ? watcher->change_count() : 0;
     kept.card_names.clear();
+    for (auto& c : clients)
+        c->connected.clear();
     snd_seq_t* seq = query_seq();
     const bool read = seq && read_device_lists(seq, is_own, this, &kept.lists) == 0;
     if (!read)
@@ -78,20 +85,37 @@ const AlsaDeviceLists& AlsaMidiHost::State::device_lists(bool check_queue)
     return kept.lists;
 }
 
-MidiStatus AlsaMidiHost::State::card_names(int card, int client, AlsaCardNames* out)
+bool AlsaMidiHost::State::kept_has(const AlsaRef& ref)
+{
+    const AlsaDeviceLists& lists = device_lists(false);
+    if (!kept.valid)
+        return false;
+    switch (ref.kind) {
+    case AlsaRefKind::device:
+        return ref.port == 0 && lists.has_device(ref.client);
+    case AlsaRefKind::source:
+        return listed(lists.sources, ref);
+    case AlsaRefKind::destination:
+        return listed(lists.destinations, ref);
+    default:
+        return false;
+    }
+}
+
+const AlsaCardNames* AlsaMidiHost::State::card_names(int card, int client)
 {
     const auto key = std::make_pair(card, client);
     if (kept.valid) {
-        if (auto it = kept.card_names.find(key); it != kept.card_names.end()) {
-            *out = it->second;
-            return 0;
-        }
+        if (auto it = kept.card_names.find(key); it != kept.card_names.end())
+            return &it->second;
     }
-    if (MidiStatus err = read_alsa_card_names(card, out); err != 0)
-        return err;
+    AlsaCardNames read;
+    if (read_alsa_card_names(card, &read) != 0)
+        return nullptr;
     if (kept.valid)
-        kept.card_names.emplace(key, *out);
-    return 0;
+        return &kept.card_names.insert_or_assign(key, std::move(read)).first->second;
+    uncached_card = std::move(read);
+    return &uncached_card;
 }
 
 MidiStatus AlsaMidiHost::State::look_up(const AlsaRef& ref, bool need_client, AlsaObjectNames* names) const
@@ -103,41 +127,35 @@ MidiStatus AlsaMidiHost::State::look_up(const AlsaRef& ref, bool need_client, Al
                      ref.kind == AlsaRefKind::input_port;
     if (own && !find_client(ref) && !find_output_port(ref) && !find_input_port(ref))
         return -ENOENT;
-    std::string port_name;
+    names->client_name[0] = '\0';
+    names->port_name[0] = '\0';
+    names->card = -1;
     if (is_port_kind(ref.kind)) {
-        PortInfo port = new_port_info();
-        if (!port)
-            return -ENOMEM;
-        if (int err = snd_seq_get_any_port_info(seq, ref.client, ref.port, port.get()); err < 0)
+        snd_seq_port_info_t* port = nullptr;
+        snd_seq_port_info_alloca(&port);
+        if (int err = snd_seq_get_any_port_info(seq, ref.client, ref.port, port); err < 0)
             return err;
-        port_name = snd_seq_port_info_get_name(port.get());
+        copy_text(names->port_name, snd_seq_port_info_get_name(port));
         // A port exists only on a client that does.
-        if (!need_client) {
-            names->client_name.clear();
-            names->port_name = std::move(port_name);
-            names->card = -1;
+        if (!need_client)
             return 0;
-        }
     }
-    ClientInfo client = new_client_info();
-    if (!client)
-        return -ENOMEM;
-    if (int err = snd_seq_get_any_client_info(seq, ref.client, client.get()); err < 0)
+    snd_seq_client_info_t* client = nullptr;
+    snd_seq_client_info_alloca(&client);
+    if (int err = snd_seq_get_any_client_info(seq, ref.client, client); err < 0)
         return err;
-    names->client_name = snd_seq_client_info_get_name(client.get());
-    names->port_name = std::move(port_name);
-    names->card = snd_seq_client_info_get_card(client.get());
+    copy_text(names->client_name, snd_seq_client_info_get_name(client));
+    names->card = snd_seq_client_info_get_card(client);
     return 0;
 }
 
 MidiStatus AlsaMidiHost::State::port_capability(snd_seq_t* seq, int client, int port, unsigned int* caps)
 {
-    PortInfo info = new_port_info();
-    if (!info)
-        return -ENOMEM;
-    if (int err = snd_seq_get_any_port_info(seq, client, port, info.get()); err < 0)
+    snd_seq_port_info_t* info = nullptr;
+    snd_seq_port_info_alloca(&info);
+    if (int err = snd_seq_get_any_port_info(seq, client, port, info); err < 0)
         return err;
-    *caps = snd_seq_port_info_get_capability(info.get());
+    *caps = snd_seq_port_info_get_capability(info);
     return 0;
 }
 
@@ -180,15 +198,17 @@ MidiStatus AlsaMidiHost::get_string_property(MidiObjectRef obj, MidiStringProper
     const auto ref = decode_alsa_ref(obj);
     if (!ref || !buffer || size == 0)
         return -EINVAL;
+    State& s = *state_;
     std::string value;
+    const char* text = nullptr;
+    AlsaObjectNames names;
     if (prop == MidiStringProperty::address || prop == MidiStringProperty::name) {
         // Names are read live: a client may rename itself after its start
         // was announced, and no announcement says so.
-        AlsaObjectNames names;
-        if (MidiStatus err = state_->look_up(*ref, false, &names); err != 0)
+        if (MidiStatus err = s.look_up(*ref, false, &names); err != 0)
             return err;
         if (prop == MidiStringProperty::name) {
-            value = is_port_kind(ref->kind) ? names.port_name : names.client_name;
+            text = is_port_kind(ref->kind) ? names.port_name : names.client_name;
         } else {
             value = std::to_string(ref->client);
             if (is_port_kind(ref->kind))
@@ -198,32 +218,30 @@ MidiStatus AlsaMidiHost::get_string_property(MidiObjectRef obj, MidiStringProper
         // A port's model and manufacturer are those of its client. A client of
         // a sound card takes the card's names; when there is no card, or it
         // cannot be read, the client's name stands for the model. A device in
-        // the kept lists has its card there, and the card's names are kept
-        // with the lists; anything else is read live.
-        AlsaCardNames card;
-        bool has_card = false;
+        // the kept lists has its card there and the card's names are kept
+        // with the lists; the model of a device without a card is its name,
+        // read live like every name.
+        const AlsaCardNames* card = nullptr;
         bool known = false;
-        const AlsaDeviceLists& lists = state_->device_lists(false);
-        if (ref->kind == AlsaRefKind::device && state_->kept.valid && lists.has_device(ref->client) &&
-            lists.card_of[ref->client] >= 0) {
-            has_card = state_->card_names(lists.card_of[ref->client], ref->client, &card) == 0;
-            known = has_card;
+        if (ref->kind == AlsaRefKind::device && s.kept_has(*ref)) {
+            const int card_number = s.kept.lists.card_of[ref->client];
+            card = card_number >= 0 ? s.card_names(card_number, ref->client) : nullptr;
+            known = card || (card_number < 0 && prop == MidiStringProperty::manufacturer);
         }
-        std::string client_name;
         if (!known) {
-            AlsaObjectNames names;
-            if (MidiStatus err = state_->look_up(*ref, true, &names); err != 0)
+            if (MidiStatus err = s.look_up(*ref, true, &names); err != 0)
                 return err;
-            has_card = names.card >= 0 && state_->card_names(names.card, ref->client, &card) == 0;
-            client_name = std::move(names.client_name);
+            card = names.card >= 0 ? s.card_names(names.card, ref->client) : nullptr;
         }
         if (prop == MidiStringProperty::model)
-            value = has_card ? card.name : client_name;
-        else if (has_card)
-            value = usb_manufacturer_from_long_name(card.long_name, card.name);
+            text = card ? card->name.c_str() : names.client_name;
+        else if (card)
+            value = usb_manufacturer_from_long_name(card->long_name, card->name);
     }
-    const size_t n = std::min(value.size(), size - 1);
-    std::memcpy(buffer, value.data(), n);
+    if (!text)
+        text = value.c_str();
+    const size_t n = strnlen(text, size - 1);
+    std::memcpy(buffer, text, n);
     buffer[n] = '\0';
     return 0;
 }
@@ -233,10 +251,13 @@ MidiStatus AlsaMidiHost::get_integer_property(MidiObjectRef obj, MidiIntegerProp
     const auto ref = decode_alsa_ref(obj);
     if (!ref || !value || prop != MidiIntegerProperty::offline)
         return -EINVAL;
-    // The sequencer has no offline state: whatever exists is online.
-    AlsaObjectNames names;
-    if (MidiStatus err = state_->look_up(*ref, false, &names); err != 0)
-        return err;
+    // The sequencer has no offline state: whatever exists is online. What
+    // the kept lists hold exists as long as they are kept.
+    if (!state_->kept_has(*ref)) {
+        AlsaObjectNames names;
+        if (MidiStatus err = state_->look_up(*ref, false, &names); err != 0)
+            return err;
+    }
     *value = 0;
     return 0;
 }

@@ -14,21 +14,20 @@
 #include <string>
 #include <thread>
 
-#include <unistd.h>
-
 #include "alsa_scenarios.h"
 #include "console_capture.h"
 #include "helper_process.h"
 #include "midi/midi_link.h"
 #include "scenario_steps.h"
 #include "sequencer_crowd.h"
+#include "timed_host.h"
 
 using namespace std::chrono_literals;
 
 namespace {
 
 constexpr int programmings = 8;
-constexpr int work_rounds = 10;
+constexpr int work_programmings = 4;
 const std::vector<std::vector<uint8_t>> sequence = {
     {0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}};
 
@@ -116,45 +115,35 @@ bool program_by_reference(ScenarioReport& report, HelperProcess& sender, Gaps* g
     return ok;
 }
 
-// The link's own work per message, timed inside the VM: its device scan (a
-// scan-only send_midi_out_data, less the 8 ms pause timed alone on the same
-// thread) and one destination look-up (midi_get_destination), which every
-// message makes three times.
-struct Work {
-    std::vector<double> pause, scan_call, lookup;
-};
-
-double ms_since(std::chrono::steady_clock::time_point start)
+// The link's own work per message, timed inside the VM through a timing
+// host around the ALSA host: from the scan's first host call, right after
+// the pause, to the end of the send; of it, the time inside the host's
+// look-ups (counts, handles, properties) and inside the send. Taken in
+// programmings of their own, after the ratio's.
+std::string work_row(ScenarioReport& report, const EmulatedController& emulator, int extra)
 {
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-}
-
-Work measure_work(int rounds)
-{
-    Work work;
-    ConsoleCapture capture;
-    for (int r = 0; r < rounds; ++r) {
-        auto start = std::chrono::steady_clock::now();
-        usleep(8000);
-        work.pause.push_back(ms_since(start));
-        start = std::chrono::steady_clock::now();
-        send_midi_out_data(0xFF, 15, 0, 0);
-        work.scan_call.push_back(ms_since(start));
-        start = std::chrono::steady_clock::now();
-        midi_get_destination();
-        work.lookup.push_back(ms_since(start));
+    MidiHost& alsa = midi_host();
+    TimedMidiHost timed(alsa);
+    set_midi_host(&timed);
+    const size_t first = emulator.received().size();
+    {
+        ConsoleCapture capture;
+        for (int p = 0; p < work_programmings; ++p)
+            report.check(usb_midi_main(5, static_cast<int8_t>(0xB1), 74, 74) == 0,
+                         "the timed programming returns 0");
     }
-    capture.finish();
-    return work;
-}
-
-std::string work_row(int extra, const Work& work)
-{
-    const double scan = median(work.scan_call) - median(work.pause);
-    const double lookup = median(work.lookup);
+    set_midi_host(&alsa);
+    wait_for_count(emulator, first + sequence.size() * work_programmings);
+    std::vector<double> work, lookups, sends, calls;
+    for (const TimedMidiHost::Message& m : timed.take_messages()) {
+        work.push_back(m.work_ms);
+        lookups.push_back(m.lookup_ms);
+        sends.push_back(m.send_ms);
+        calls.push_back(m.calls);
+    }
     char text[160];
-    std::snprintf(text, sizeof text, "| %d | %.2f | %.3f | %.3f | %.2f |", extra, median(work.pause), scan, lookup,
-                  scan + 3 * lookup);
+    std::snprintf(text, sizeof text, "| %d | %.3f | %.3f | %.3f | %.0f |", extra, median(work), median(lookups),
+                  median(sends), median(calls));
     return text;
 }
 
@@ -213,7 +202,7 @@ int client_count_benchmark(const TestBed& bed)
             check_arrivals(report, emulator, first + sequence.size(), "the reference", &reference.arrived);
         }
         rows.push_back(row(extra, link, reference));
-        work_rows.push_back(work_row(extra, measure_work(work_rounds)));
+        work_rows.push_back(work_row(report, emulator, extra));
     }
     report.check(sender.finish(5s), "reference_sender ends: " + sender.error());
     midi_exit();
@@ -226,9 +215,10 @@ int client_count_benchmark(const TestBed& bed)
     report.table("|---|---|---|---|---|---|---|");
     for (const std::string& r : rows)
         report.table(r);
-    report.table("the link's work per message, ms, medians of " + std::to_string(work_rounds) +
-                 " rounds: device scan (a scan-only call less the pause) and one destination look-up");
-    report.table("| extra clients | 8 ms pause alone | device scan | destination look-up | scan + 3 look-ups |");
+    report.table("the link's work per message, from the scan after the pause to the end of the send, medians of " +
+                 std::to_string(work_programmings * 5) + " messages, timed in programmings of their own");
+    report.table("| extra clients | work per message, ms | in the host's look-ups, ms | in the send, ms | host calls "
+                 "per message |");
     report.table("|---|---|---|---|---|");
     for (const std::string& r : work_rows)
         report.table(r);
