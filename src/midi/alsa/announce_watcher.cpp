@@ -5,6 +5,8 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
@@ -22,6 +24,9 @@ constexpr int layout_events[] = {
     SND_SEQ_EVENT_CLIENT_START, SND_SEQ_EVENT_CLIENT_EXIT, SND_SEQ_EVENT_CLIENT_CHANGE,
     SND_SEQ_EVENT_PORT_START,   SND_SEQ_EVENT_PORT_EXIT,   SND_SEQ_EVENT_PORT_CHANGE,
 };
+
+// alsa-lib gives a sequencer handle one descriptor; a few more are room.
+constexpr size_t max_seq_fds = 4;
 
 bool is_layout_event(int type)
 {
@@ -208,7 +213,7 @@ MidiStatus AlsaAnnounceWatcher::open(std::unique_ptr<AlsaAnnounceWatcher>* out)
     if (state->wake_fd < 0)
         return -errno;
     const int seq_fd_count = snd_seq_poll_descriptors_count(state->seq, POLLIN);
-    if (seq_fd_count <= 0)
+    if (seq_fd_count <= 0 || static_cast<size_t>(seq_fd_count) > max_seq_fds)
         return seq_fd_count < 0 ? seq_fd_count : -EINVAL;
     state->fds.resize(static_cast<size_t>(seq_fd_count) + 1);
     state->fds[0] = pollfd{state->wake_fd, POLLIN, 0};
@@ -252,14 +257,17 @@ bool AlsaAnnounceWatcher::unchanged_since(uint64_t count, bool check_queue) cons
         return false;
     if (!check_queue)
         return true;
-    // The sequencer's descriptors only, polled without waiting: readable
-    // means announcements are queued that the thread has not read yet.
-    std::vector<pollfd> queue(state_->fds.begin() + 1, state_->fds.end());
+    // The sequencer's descriptors only (a copy: the thread's own array is
+    // the thread's), polled without waiting: readable means announcements
+    // are queued that the thread has not read yet.
+    std::array<pollfd, max_seq_fds> queue{};
+    const size_t n = state_->fds.size() - 1;
+    std::copy(state_->fds.begin() + 1, state_->fds.end(), queue.begin());
     for (pollfd& fd : queue)
         fd.revents = 0;
     int ready;
     do
-        ready = poll(queue.data(), queue.size(), 0);
+        ready = poll(queue.data(), n, 0);
     while (ready < 0 && errno == EINTR);
     // Queued, or poll failed: either way not known to be unchanged. If the
     // thread read the queue meanwhile, it marked itself reading first.

@@ -78,7 +78,7 @@ struct AlsaMidiHost::State {
     // changes what counts as a device.
     uint64_t own_changes = 0;
     AlsaKept kept;
-    std::chrono::steady_clock::time_point last_queue_check{};
+    std::chrono::steady_clock::time_point last_queue_check{};  // see device_lists()
     // The card names last read while nothing could be kept.
     AlsaCardNames uncached_card;
 
@@ -91,9 +91,10 @@ struct AlsaMidiHost::State {
     void stop_watcher_if_idle();
 
     // The device lists as the sequencer has them now: the kept ones while
-    // nothing has changed since (`check_queue`: also no announcement is
-    // waiting to be read, one poll() call), else read afresh in one walk.
-    // Empty while no client of ours is open.
+    // nothing has changed since, else read afresh in one walk. With
+    // `check_queue` (the counts that start a scan), no announcement may be
+    // waiting to be read either; that costs a poll() call, made at most once
+    // in 2 ms. Empty while no client of ours is open.
     const AlsaDeviceLists& device_lists(bool check_queue);
     // The names of sound card `card`, which client `client` belongs to, or
     // nullptr when they cannot be read; kept along with the device lists.
