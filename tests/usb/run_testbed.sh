@@ -120,7 +120,7 @@ prepared_seconds=$(seconds_since "$run_started")
 qemu_args=(-m 512 -smp 1 -nodefaults -display none -monitor none -nic none -no-reboot -serial stdio
   -kernel "$kernel_image" -append "console=ttyS0 quiet loglevel=3 panic=-1")
 share_args=(-fsdev "local,id=testbed,path=$work/share,security_model=none,readonly=on"
-  -device virtio-9p-pci,fsdev=testbed,mount_tag=testbed)
+  -device "virtio-9p-pci,fsdev=testbed,mount_tag=testbed")
 # qboot starts a directly loaded kernel seconds sooner than the default BIOS.
 for rom in /usr/share/qemu/qboot.rom /usr/share/seabios/qboot.rom; do
   [ -f "$rom" ] && { qemu_args+=(-bios "$rom"); break; }

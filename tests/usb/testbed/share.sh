@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by run_testbed.sh: the folder the VM mounts over 9p as /share and
 # runs everything from: the test programs in /testbed/bin, the shared
 # libraries ldd finds for them at their own paths, alsa-lib's configuration,
