@@ -1,5 +1,6 @@
-// Enumeration of the other sequencer clients and their ports, and live
-// property reads for every kind of handle.
+// Enumeration of the other sequencer clients and their ports from the kept
+// lists, and property reads for every kind of handle: names live, card names
+// and existence from what is kept while it stands.
 #include <alsa/asoundlib.h>
 
 #include <algorithm>
