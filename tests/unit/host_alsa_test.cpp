@@ -152,6 +152,29 @@ TEST_F(AlsaHostWithoutSequencer, DisposeOfNullOrUnknownHandlesFails)
     EXPECT_EQ(host->client_dispose(encode_alsa_ref(AlsaRef{AlsaRefKind::device, 0, 20, 0})), -EINVAL);
 }
 
+void count_change(void* context)
+{
+    ++*static_cast<int*>(context);
+}
+
+TEST_F(AlsaHostWithoutSequencer, ChangesCannotBeWatchedAndNothingIsCalled)
+{
+    int calls = 0;
+    testing::internal::CaptureStderr();
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(host->watch_changes(count_change, &calls), -ENOENT);
+    MidiObjectRef client = 0;
+    EXPECT_NE(host->client_create("MIDI Client", &client), 0);
+    EXPECT_EQ(host->watch_changes(count_change, &calls), -ENOENT);
+    // Stopping a watch that never started is no failure.
+    EXPECT_EQ(host->watch_changes(nullptr, nullptr), 0);
+    const std::string out = testing::internal::GetCapturedStdout();
+    const std::string err = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(calls, 0);
+    EXPECT_EQ(out, "");
+    EXPECT_EQ(err, "");
+}
+
 // The link opens and closes in this order whatever the statuses; all of it
 // must fail, and repeating it must behave the same.
 TEST_F(AlsaHostWithoutSequencer, OpenAndCloseSequenceFailsEveryStepTwice)

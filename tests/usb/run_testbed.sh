@@ -1,15 +1,16 @@
 #!/usr/bin/env bash
 # The emulated USB-MIDI controller test bed, host side: fetches (once) the
-# stock Debian kernel, builds an initramfs with the test programs, boots it
-# under QEMU and turns the scenario markers on the VM's console into a table
-# and an exit status.
+# stock Debian kernel, shares the test programs and their libraries with the
+# VM over 9p, boots it with a small initramfs under QEMU and turns the
+# scenario markers on the VM's console into a table and an exit status.
 #
 #   run_testbed.sh --work <dir> --emulator <controller_emulator>
 #                  --scenario <id>=<program> [--scenario <id>=<program>]...
-#                  [--program <program>]...
+#                  [--program <helper program>]...
 #
-# Programs given with --program are packed beside the emulator in /testbed/bin
-# for the scenarios to run; they are not scenarios themselves.
+# Scenarios run in the order given, as "<program> <id> <emulator> <work
+# dir>". Helper programs are only put next to the emulator in /testbed/bin,
+# for scenarios to start.
 #
 # Exit status: 0 all scenarios passed, 1 a failure, 77 skipped because QEMU,
 # busybox or the kernel package is not available. Under CI=true nothing is
@@ -24,6 +25,8 @@ here=$(cd "$(dirname "$0")" && pwd)
 . "$here/testbed/kernel_cache.sh"
 # shellcheck source=testbed/module_list.sh
 . "$here/testbed/module_list.sh"
+# shellcheck source=testbed/share.sh
+. "$here/testbed/share.sh"
 # shellcheck source=testbed/initramfs.sh
 . "$here/testbed/initramfs.sh"
 # shellcheck source=testbed/results.sh
@@ -36,13 +39,13 @@ seconds_since() {
 
 run_started=$(date +%s.%N)
 work='' emulator=''
-scenario_ids=() scenario_programs=() extra_programs=()
+scenario_ids=() scenario_programs=() helper_programs=()
 while [ $# -gt 0 ]; do
   case "$1" in
     --work) work=$2; shift 2 ;;
     --emulator) emulator=$2; shift 2 ;;
     --scenario) scenario_ids+=("${2%%=*}"); scenario_programs+=("${2#*=}"); shift 2 ;;
-    --program) extra_programs+=("$2"); shift 2 ;;
+    --program) helper_programs+=("$2"); shift 2 ;;
     *) echo "run_testbed.sh: unknown argument $1" >&2; exit 2 ;;
   esac
 done
@@ -67,7 +70,7 @@ failed() {
 
 command -v qemu-system-x86_64 >/dev/null || unavailable "qemu-system-x86_64 not found (Debian package qemu-system-x86)"
 command -v busybox >/dev/null || unavailable "busybox not found (Debian package busybox-static)"
-for tool in dpkg-deb apt-get apt-cache ldd timeout flock gzip; do
+for tool in dpkg-deb apt-get apt-cache ldd timeout flock gzip md5sum; do
   command -v "$tool" >/dev/null || unavailable "$tool not found"
 done
 
@@ -82,34 +85,42 @@ mkdir -p "$work" || failed "cannot create $work"
 exec 9>"$cache/.lock"
 flock -w 150 9 || failed "the kernel cache $cache stays locked by another run"
 kernel_fetch "$cache" || unavailable "$KERNEL_ERROR"
+kernel_image=$(kernel_boot_image "$KERNEL_ROOT" "$KERNEL_VERSION")
 flock -u 9
-kernel_image=$KERNEL_ROOT/boot/vmlinuz-$KERNEL_VERSION
 modules_dir=$KERNEL_ROOT/lib/modules/$KERNEL_VERSION
 [ -f "$kernel_image" ] || failed "no kernel image in $KERNEL_ROOT"
-echo "testbed: kernel $KERNEL_PACKAGE ($KERNEL_CACHE_STATE cache in $cache)"
+echo "testbed: kernel $KERNEL_PACKAGE ($KERNEL_CACHE_STATE cache in $cache), booting $(basename "$kernel_image")"
 
 # dummy_hcd's num=2 gives two independent ports, for two controllers at once.
 module_load_order "$modules_dir" dummy_hcd libcomposite usb_f_midi snd-usb-audio \
   snd-seq snd-seq-midi snd-seq-dummy >"$work/modules.order" || failed "kernel modules missing"
 sed -i 's|/dummy_hcd\.ko\(\.[a-z]*\)\?$|& num=2|' "$work/modules.order"
+# What the VM needs before it can mount the share.
+module_load_order "$modules_dir" virtio_pci 9pnet_virtio 9p >"$work/boot-modules.order" ||
+  failed "9p or virtio modules missing"
 
 : >"$work/scenarios"
 programs=("$emulator")
-for program in "${extra_programs[@]}"; do
-  [ -x "$program" ] || failed "program $program not built"
-  programs+=("$program")
-done
 for i in "${!scenario_ids[@]}"; do
   program=${scenario_programs[$i]}
   [ -x "$program" ] || failed "scenario program $program not built"
   echo "${scenario_ids[$i]} $(basename "$program")" >>"$work/scenarios"
   case " ${programs[*]} " in *" $program "*) ;; *) programs+=("$program") ;; esac
 done
+for program in "${helper_programs[@]}"; do
+  [ -x "$program" ] || failed "helper program $program not built"
+  programs+=("$program")
+done
+share_sync "$work/share" "$KERNEL_VERSION" "$modules_dir" "$work/modules.order" "$work/scenarios" \
+  "${programs[@]}" || failed "cannot fill the 9p share $work/share"
 initramfs_build "$work/initramfs" "$work/initramfs.cpio.gz" "$modules_dir" "$here/testbed/vm_init.sh" \
-  "$work/modules.order" "$work/scenarios" "${programs[@]}" || failed "cannot build the initramfs"
+  "$work/boot-modules.order" || failed "cannot build the initramfs"
+prepared_seconds=$(seconds_since "$run_started")
 
-qemu_args=(-m 1024 -smp 1 -display none -monitor none -nic none -no-reboot -serial stdio
+qemu_args=(-m 512 -smp 1 -nodefaults -display none -monitor none -nic none -no-reboot -serial stdio
   -kernel "$kernel_image" -append "console=ttyS0 quiet loglevel=3 panic=-1")
+share_args=(-fsdev "local,id=testbed,path=$work/share,security_model=none,readonly=on"
+  -device "virtio-9p-pci,fsdev=testbed,mount_tag=testbed")
 # qboot starts a directly loaded kernel seconds sooner than the default BIOS.
 for rom in /usr/share/qemu/qboot.rom /usr/share/seabios/qboot.rom; do
   [ -f "$rom" ] && { qemu_args+=(-bios "$rom"); break; }
@@ -131,7 +142,6 @@ choose_accel() {
     local probe=$work/kvm-probe
     rm -rf "$probe" && mkdir -p "$probe/root/bin"
     cp -L "$(command -v busybox)" "$probe/root/bin/busybox"
-    initramfs_copy_libraries "$probe/root" "$(command -v busybox)"
     printf '#!/bin/busybox sh\n/bin/busybox echo @@dialcraft-usb kvm-ok\n/bin/busybox poweroff -f\n' >"$probe/root/init"
     chmod 755 "$probe/root/init"
     (cd "$probe/root" && find . | busybox cpio -o -H newc 2>/dev/null) >"$probe/initramfs.cpio"
@@ -150,7 +160,7 @@ accel=$(choose_accel)
 # Every wait is bounded: QEMU is killed after vm_limit seconds.
 vm_limit=120
 console=$work/console.log
-echo "testbed: booting under $accel, $(du -m "$work/initramfs.cpio.gz" | cut -f1) MB initramfs, limit ${vm_limit} s"
+echo "testbed: booting under $accel, $(du -k "$work/initramfs.cpio.gz" | cut -f1) kB initramfs, $(du -sm "$work/share" | cut -f1) MB shared over 9p, limit ${vm_limit} s"
 vm_started=$(date +%s.%N)
 boot_seconds=
 : >"$console"
@@ -158,15 +168,16 @@ while IFS= read -r line; do
   line=${line%$'\r'}
   printf '%s\n' "$line" >>"$console"
   case "$line" in
-    *"@@dialcraft-usb ready "*) boot_seconds=$(seconds_since "$vm_started") ;;
+    *"@@dialcraft-usb booted "*) boot_seconds=$(seconds_since "$vm_started") ;;
     *"@@dialcraft-usb result "*) echo "testbed: ${line#*@@dialcraft-usb }" ;;
   esac
-done < <(timeout -k 5 "$vm_limit" qemu-system-x86_64 "${qemu_args[@]}" -initrd "$work/initramfs.cpio.gz" </dev/null 2>&1)
+done < <(timeout -k 5 "$vm_limit" qemu-system-x86_64 "${qemu_args[@]}" "${share_args[@]}" \
+  -initrd "$work/initramfs.cpio.gz" </dev/null 2>&1)
 vm_seconds=$(seconds_since "$vm_started")
 run_seconds=$(seconds_since "$run_started")
 
 results_report "$console" "$work/scenarios" "$work/results.txt" \
-  "$accel" "$KERNEL_PACKAGE" "$KERNEL_CACHE_STATE" "$boot_seconds" "$vm_seconds" "$run_seconds"
+  "$accel" "$KERNEL_PACKAGE" "$KERNEL_CACHE_STATE" "$prepared_seconds" "$boot_seconds" "$vm_seconds" "$run_seconds"
 status=$?
 cat "$work/results.txt"
 if [ $status -ne 0 ]; then

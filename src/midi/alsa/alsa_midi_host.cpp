@@ -46,8 +46,40 @@ snd_seq_t* AlsaMidiHost::State::query_seq() const
     return clients.empty() ? nullptr : clients.front()->seq;
 }
 
+AlsaMidiHost::State::~State()
+{
+    // The watcher first: its thread may still be telling the callback.
+    watcher.reset();
+    clients.clear();
+}
+
+MidiStatus AlsaMidiHost::State::start_watcher()
+{
+    if (watcher && watcher->alive())
+        return 0;
+    // A stopped thread has said why on stderr; a new watcher starts afresh.
+    watcher.reset();
+    ++own_changes;
+    std::unique_ptr<AlsaAnnounceWatcher> opened;
+    if (MidiStatus err = AlsaAnnounceWatcher::open(&opened); err != 0)
+        return err;
+    opened->set_change_proc(change_proc, change_context);
+    watcher = std::move(opened);
+    return 0;
+}
+
+void AlsaMidiHost::State::stop_watcher_if_idle()
+{
+    if (watcher && clients.empty() && !change_proc) {
+        watcher.reset();
+        ++own_changes;
+    }
+}
+
 bool AlsaMidiHost::State::is_own_client(int id) const
 {
+    if (watcher && watcher->client_id() == id)
+        return true;
     return std::any_of(clients.begin(), clients.end(), [id](const auto& c) {
         return c->id == id || (c->input && c->input->client_id() == id);
     });
@@ -115,6 +147,10 @@ MidiStatus AlsaMidiHost::client_create(const char* name, MidiObjectRef* out_clie
     c->serial = state_->next_serial();
     *out_client = encode_alsa_ref(AlsaRef{AlsaRefKind::client, c->serial, static_cast<uint8_t>(c->id), 0});
     state_->clients.push_back(std::move(c));
+    ++state_->own_changes;
+    // Without a watcher nothing is kept and every look-up reads afresh, as
+    // slow as that is; the client itself works either way.
+    (void)state_->start_watcher();
     return 0;
 }
 
@@ -153,6 +189,7 @@ MidiStatus AlsaMidiHost::input_port_create(MidiObjectRef client, const char* nam
         return -EBUSY;
     if (MidiStatus err = AlsaInputPort::open(c->name.c_str(), name, proc, proc_ref, &c->input); err != 0)
         return err;
+    ++state_->own_changes;
     c->in_serial = state_->next_serial();
     *out_port = encode_alsa_ref(AlsaRef{AlsaRefKind::input_port, c->in_serial,
                                         static_cast<uint8_t>(c->input->client_id()),
@@ -172,6 +209,8 @@ MidiStatus AlsaMidiHost::client_dispose(MidiObjectRef client)
     const auto it = std::find_if(clients.begin(), clients.end(), [&](const auto& c) { return c.get() == target; });
     const MidiStatus status = target->close();
     clients.erase(it);
+    ++state_->own_changes;
+    state_->stop_watcher_if_idle();
     return status;
 }
 
@@ -188,6 +227,7 @@ MidiStatus AlsaMidiHost::port_dispose(MidiObjectRef port)
             return err;
         c->out_port = -1;
         c->out_serial = 0;
+        c->connected.clear();
         return 0;
     }
     if (ref->kind == AlsaRefKind::input_port) {
@@ -197,6 +237,7 @@ MidiStatus AlsaMidiHost::port_dispose(MidiObjectRef port)
         const MidiStatus status = c->input->close();
         c->input.reset();
         c->in_serial = 0;
+        ++state_->own_changes;
         return status;
     }
     return -EINVAL;
@@ -207,8 +248,21 @@ std::unique_ptr<MidiHost> make_alsa_midi_host()
     return std::make_unique<AlsaMidiHost>();
 }
 
-MidiStatus AlsaMidiHost::watch_changes(MidiChangeProc, void*)
+MidiStatus AlsaMidiHost::watch_changes(MidiChangeProc proc, void* context)
 {
-    // Not watched yet: callers fall back to looking again on their own.
-    return -ENOSYS;
+    State& s = *state_;
+    if (!proc) {
+        if (s.watcher)
+            s.watcher->set_change_proc(nullptr, nullptr);
+        s.change_proc = nullptr;
+        s.change_context = nullptr;
+        s.stop_watcher_if_idle();
+        return 0;
+    }
+    if (MidiStatus err = s.start_watcher(); err != 0)
+        return err;
+    s.change_proc = proc;
+    s.change_context = context;
+    s.watcher->set_change_proc(proc, context);
+    return 0;
 }

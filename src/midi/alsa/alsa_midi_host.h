@@ -3,8 +3,18 @@
 // sequencer client holding the output port; the input port lives on a second
 // client of the same name, read by its own thread. Devices are the other
 // sequencer clients, sources and destinations the other clients' readable and
-// writable ports. Handles name sequencer addresses and every property is read
-// live, so a vanished client or port makes the read fail.
+// writable ports. Handles name sequencer addresses.
+//
+// A third client, "MIDI Client changes", listens on the System Announce port
+// with a thread of its own while a client is open or a change callback is
+// set. As long as it has seen no client or port come, go or change, the host
+// keeps the addresses of every device, source and destination from one walk
+// of the sequencer, and each device's sound card names; a scan then costs
+// one walk after a change instead of one per index. Names of clients and
+// ports are always read live (a client may rename itself unannounced), so a
+// vanished object's name read fails. The same listener tells the
+// watch_changes callback. All calls come from one thread; the callback runs
+// on the listener's.
 #include <memory>
 
 #include "midi/midi_host.h"

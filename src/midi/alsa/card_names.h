@@ -12,8 +12,9 @@ struct AlsaCardNames {
     std::string long_name;  // "Maker 4AC1CC27 at usb-dummy_hcd.0-1, high speed"
 };
 
-// Reads the names of card `card` from its control device "hw:<card>".
-// Returns 0 or the negative ALSA error; `out` is only written on success.
+// Reads the names of card `card` from its control device
+// /dev/snd/controlC<card>: one open and one question to the kernel.
+// Returns 0 or the negative errno; `out` is only written on success.
 MidiStatus read_alsa_card_names(int card, AlsaCardNames* out);
 
 // The USB driver names a card "<manufacturer> <name> at usb-<path>...". Returns

@@ -1,11 +1,12 @@
-// Enumeration of the other sequencer clients and their ports, and live
-// property reads for every kind of handle.
+// Enumeration of the other sequencer clients and their ports from the kept
+// lists, and property reads for every kind of handle: names live, card names
+// and existence from what is kept while it stands.
 #include <alsa/asoundlib.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
-#include <memory>
 #include <string>
 
 #include "midi/alsa/alsa_midi_host.h"
@@ -14,100 +15,21 @@
 
 namespace {
 
-struct ClientInfoFree {
-    void operator()(snd_seq_client_info_t* info) const { snd_seq_client_info_free(info); }
-};
-struct PortInfoFree {
-    void operator()(snd_seq_port_info_t* info) const { snd_seq_port_info_free(info); }
-};
-using ClientInfo = std::unique_ptr<snd_seq_client_info_t, ClientInfoFree>;
-using PortInfo = std::unique_ptr<snd_seq_port_info_t, PortInfoFree>;
-
-ClientInfo new_client_info()
+bool is_own(int client, const void* state)
 {
-    snd_seq_client_info_t* info = nullptr;
-    return ClientInfo(snd_seq_client_info_malloc(&info) < 0 ? nullptr : info);
+    return static_cast<const AlsaMidiHost::State*>(state)->is_own_client(client);
 }
 
-PortInfo new_port_info()
+MidiObjectRef device_ref(uint8_t client)
 {
-    snd_seq_port_info_t* info = nullptr;
-    return PortInfo(snd_seq_port_info_malloc(&info) < 0 ? nullptr : info);
+    return encode_alsa_ref(AlsaRef{AlsaRefKind::device, 0, client, 0});
 }
 
-enum class PortRole { source, destination };
-
-constexpr unsigned int role_caps(PortRole role)
+MidiObjectRef port_ref(AlsaRefKind kind, const std::vector<AlsaAddress>& list, size_t index)
 {
-    return role == PortRole::source ? SND_SEQ_PORT_CAP_READ | SND_SEQ_PORT_CAP_SUBS_READ
-                                    : SND_SEQ_PORT_CAP_WRITE | SND_SEQ_PORT_CAP_SUBS_WRITE;
-}
-
-// Walks the devices, the clients that are neither System nor ours, in
-// sequencer order; stops early when `visit(client)` returns true.
-template <typename Visit>
-void for_each_device(const AlsaMidiHost::State& state, Visit visit)
-{
-    snd_seq_t* seq = state.query_seq();
-    ClientInfo info = new_client_info();
-    if (!seq || !info)
-        return;
-    snd_seq_client_info_set_client(info.get(), -1);
-    while (snd_seq_query_next_client(seq, info.get()) >= 0) {
-        const int id = snd_seq_client_info_get_client(info.get());
-        if (id == SND_SEQ_CLIENT_SYSTEM || state.is_own_client(id))
-            continue;
-        if (visit(id))
-            return;
-    }
-}
-
-// Walks the devices' ports that others may connect in `role` (hidden ports
-// left out); stops early when `visit(client, port)` returns true.
-template <typename Visit>
-void for_each_port(const AlsaMidiHost::State& state, PortRole role, Visit visit)
-{
-    snd_seq_t* seq = state.query_seq();
-    PortInfo info = new_port_info();
-    if (!seq || !info)
-        return;
-    const unsigned int wanted = role_caps(role);
-    for_each_device(state, [&](int client) {
-        snd_seq_port_info_set_client(info.get(), client);
-        snd_seq_port_info_set_port(info.get(), -1);
-        while (snd_seq_query_next_port(seq, info.get()) >= 0) {
-            const unsigned int caps = snd_seq_port_info_get_capability(info.get());
-            if ((caps & wanted) != wanted || (caps & SND_SEQ_PORT_CAP_NO_EXPORT))
-                continue;
-            if (visit(client, snd_seq_port_info_get_port(info.get())))
-                return true;
-        }
-        return false;
-    });
-}
-
-size_t count_ports(const AlsaMidiHost::State& state, PortRole role)
-{
-    size_t n = 0;
-    for_each_port(state, role, [&](int, int) {
-        ++n;
-        return false;
-    });
-    return n;
-}
-
-MidiObjectRef port_at(const AlsaMidiHost::State& state, PortRole role, size_t index)
-{
-    const AlsaRefKind kind = role == PortRole::source ? AlsaRefKind::source : AlsaRefKind::destination;
-    MidiObjectRef found = 0;
-    size_t i = 0;
-    for_each_port(state, role, [&](int client, int port) {
-        if (i++ != index)
-            return false;
-        found = encode_alsa_ref(AlsaRef{kind, 0, static_cast<uint8_t>(client), static_cast<uint8_t>(port)});
-        return true;
-    });
-    return found;
+    if (index >= list.size())
+        return 0;
+    return encode_alsa_ref(AlsaRef{kind, 0, list[index].client, list[index].port});
 }
 
 bool is_port_kind(AlsaRefKind kind)
@@ -115,9 +37,89 @@ bool is_port_kind(AlsaRefKind kind)
     return kind != AlsaRefKind::client && kind != AlsaRefKind::device;
 }
 
+bool listed(const std::vector<AlsaAddress>& list, const AlsaRef& ref)
+{
+    return std::any_of(list.begin(), list.end(),
+                       [&](const AlsaAddress& a) { return a.client == ref.client && a.port == ref.port; });
+}
+
+// Copies `text` into a fixed buffer, cut to fit and terminated.
+template <size_t N>
+void copy_text(char (&target)[N], const char* text)
+{
+    const size_t n = strnlen(text, N - 1);
+    std::memcpy(target, text, n);
+    target[n] = '\0';
+}
+
+// One scan of the link (a count, then reads by index) takes well under this;
+// the announcement queue is asked once per such burst, not at every count.
+constexpr std::chrono::milliseconds queue_check_interval{2};
+
 }  // namespace
 
-MidiStatus AlsaMidiHost::State::look_up(const AlsaRef& ref, AlsaObjectNames* names) const
+const AlsaDeviceLists& AlsaMidiHost::State::device_lists(bool check_queue)
+{
+    if (check_queue) {
+        const auto now = std::chrono::steady_clock::now();
+        if (now - last_queue_check < queue_check_interval)
+            check_queue = false;
+        else
+            last_queue_check = now;
+    }
+    if (kept.valid && kept.own_stamp == own_changes && watcher && watcher->unchanged_since(kept.stamp, check_queue))
+        return kept.lists;
+    // Taken before the walk: whatever changes during it moves the count on,
+    // so the lists read now are never kept past a change they missed.
+    const bool watching = watcher && watcher->alive();
+    const uint64_t stamp = watching ? watcher->change_count() : 0;
+    kept.card_names.clear();
+    for (auto& c : clients)
+        c->connected.clear();
+    snd_seq_t* seq = query_seq();
+    const bool read = seq && read_device_lists(seq, is_own, this, &kept.lists) == 0;
+    if (!read)
+        kept.lists.clear();
+    kept.valid = watching && read;
+    kept.stamp = stamp;
+    kept.own_stamp = own_changes;
+    return kept.lists;
+}
+
+bool AlsaMidiHost::State::kept_has(const AlsaRef& ref)
+{
+    const AlsaDeviceLists& lists = device_lists(false);
+    if (!kept.valid)
+        return false;
+    switch (ref.kind) {
+    case AlsaRefKind::device:
+        return ref.port == 0 && lists.has_device(ref.client);
+    case AlsaRefKind::source:
+        return listed(lists.sources, ref);
+    case AlsaRefKind::destination:
+        return listed(lists.destinations, ref);
+    default:
+        return false;
+    }
+}
+
+const AlsaCardNames* AlsaMidiHost::State::card_names(int card, int client)
+{
+    const auto key = std::make_pair(card, client);
+    if (kept.valid) {
+        if (auto it = kept.card_names.find(key); it != kept.card_names.end())
+            return &it->second;
+    }
+    AlsaCardNames read;
+    if (read_alsa_card_names(card, &read) != 0)
+        return nullptr;
+    if (kept.valid)
+        return &kept.card_names.insert_or_assign(key, std::move(read)).first->second;
+    uncached_card = std::move(read);
+    return &uncached_card;
+}
+
+MidiStatus AlsaMidiHost::State::look_up(const AlsaRef& ref, bool need_client, AlsaObjectNames* names) const
 {
     snd_seq_t* seq = query_seq();
     if (!seq)
@@ -126,78 +128,69 @@ MidiStatus AlsaMidiHost::State::look_up(const AlsaRef& ref, AlsaObjectNames* nam
                      ref.kind == AlsaRefKind::input_port;
     if (own && !find_client(ref) && !find_output_port(ref) && !find_input_port(ref))
         return -ENOENT;
-    std::string port_name;
+    names->client_name[0] = '\0';
+    names->port_name[0] = '\0';
+    names->card = -1;
     if (is_port_kind(ref.kind)) {
-        PortInfo port = new_port_info();
-        if (!port)
-            return -ENOMEM;
-        if (int err = snd_seq_get_any_port_info(seq, ref.client, ref.port, port.get()); err < 0)
+        snd_seq_port_info_t* port = nullptr;
+        snd_seq_port_info_alloca(&port);
+        if (int err = snd_seq_get_any_port_info(seq, ref.client, ref.port, port); err < 0)
             return err;
-        port_name = snd_seq_port_info_get_name(port.get());
+        copy_text(names->port_name, snd_seq_port_info_get_name(port));
+        // A port exists only on a client that does.
+        if (!need_client)
+            return 0;
     }
-    ClientInfo client = new_client_info();
-    if (!client)
-        return -ENOMEM;
-    if (int err = snd_seq_get_any_client_info(seq, ref.client, client.get()); err < 0)
+    snd_seq_client_info_t* client = nullptr;
+    snd_seq_client_info_alloca(&client);
+    if (int err = snd_seq_get_any_client_info(seq, ref.client, client); err < 0)
         return err;
-    names->client_name = snd_seq_client_info_get_name(client.get());
-    names->port_name = std::move(port_name);
-    names->card = snd_seq_client_info_get_card(client.get());
+    copy_text(names->client_name, snd_seq_client_info_get_name(client));
+    names->card = snd_seq_client_info_get_card(client);
     return 0;
 }
 
 MidiStatus AlsaMidiHost::State::port_capability(snd_seq_t* seq, int client, int port, unsigned int* caps)
 {
-    PortInfo info = new_port_info();
-    if (!info)
-        return -ENOMEM;
-    if (int err = snd_seq_get_any_port_info(seq, client, port, info.get()); err < 0)
+    snd_seq_port_info_t* info = nullptr;
+    snd_seq_port_info_alloca(&info);
+    if (int err = snd_seq_get_any_port_info(seq, client, port, info); err < 0)
         return err;
-    *caps = snd_seq_port_info_get_capability(info.get());
+    *caps = snd_seq_port_info_get_capability(info);
     return 0;
 }
 
+// A count starts every scan of the link, so it also makes sure no
+// announcement is waiting; a look-up by index trusts the watcher's count.
 size_t AlsaMidiHost::number_of_sources()
 {
-    return count_ports(*state_, PortRole::source);
+    return state_->device_lists(true).sources.size();
 }
 
 MidiObjectRef AlsaMidiHost::get_source(size_t index)
 {
-    return port_at(*state_, PortRole::source, index);
+    return port_ref(AlsaRefKind::source, state_->device_lists(false).sources, index);
 }
 
 size_t AlsaMidiHost::number_of_destinations()
 {
-    return count_ports(*state_, PortRole::destination);
+    return state_->device_lists(true).destinations.size();
 }
 
 MidiObjectRef AlsaMidiHost::get_destination(size_t index)
 {
-    return port_at(*state_, PortRole::destination, index);
+    return port_ref(AlsaRefKind::destination, state_->device_lists(false).destinations, index);
 }
 
 size_t AlsaMidiHost::number_of_devices()
 {
-    size_t n = 0;
-    for_each_device(*state_, [&](int) {
-        ++n;
-        return false;
-    });
-    return n;
+    return state_->device_lists(true).devices.size();
 }
 
 MidiObjectRef AlsaMidiHost::get_device(size_t index)
 {
-    MidiObjectRef found = 0;
-    size_t i = 0;
-    for_each_device(*state_, [&](int client) {
-        if (i++ != index)
-            return false;
-        found = encode_alsa_ref(AlsaRef{AlsaRefKind::device, 0, static_cast<uint8_t>(client), 0});
-        return true;
-    });
-    return found;
+    const AlsaDeviceLists& lists = state_->device_lists(false);
+    return index < lists.devices.size() ? device_ref(lists.devices[index]) : 0;
 }
 
 MidiStatus AlsaMidiHost::get_string_property(MidiObjectRef obj, MidiStringProperty prop, char* buffer,
@@ -206,29 +199,50 @@ MidiStatus AlsaMidiHost::get_string_property(MidiObjectRef obj, MidiStringProper
     const auto ref = decode_alsa_ref(obj);
     if (!ref || !buffer || size == 0)
         return -EINVAL;
-    AlsaObjectNames names;
-    if (MidiStatus err = state_->look_up(*ref, &names); err != 0)
-        return err;
+    State& s = *state_;
     std::string value;
-    if (prop == MidiStringProperty::address) {
-        value = std::to_string(ref->client);
-        if (is_port_kind(ref->kind))
-            value += ':' + std::to_string(ref->port);
-    } else if (prop == MidiStringProperty::name) {
-        value = is_port_kind(ref->kind) ? names.port_name : names.client_name;
+    const char* text = nullptr;
+    AlsaObjectNames names;
+    if (prop == MidiStringProperty::address || prop == MidiStringProperty::name) {
+        // Names are read live: a client may rename itself after its start
+        // was announced, and no announcement says so.
+        if (MidiStatus err = s.look_up(*ref, false, &names); err != 0)
+            return err;
+        if (prop == MidiStringProperty::name) {
+            text = is_port_kind(ref->kind) ? names.port_name : names.client_name;
+        } else {
+            value = std::to_string(ref->client);
+            if (is_port_kind(ref->kind))
+                value += ':' + std::to_string(ref->port);
+        }
     } else {
         // A port's model and manufacturer are those of its client. A client of
         // a sound card takes the card's names; when there is no card, or it
-        // cannot be read, the client's name stands for the model.
-        AlsaCardNames card;
-        const bool has_card = names.card >= 0 && read_alsa_card_names(names.card, &card) == 0;
+        // cannot be read, the client's name stands for the model. A device in
+        // the kept lists has its card there and the card's names are kept
+        // with the lists; the model of a device without a card is its name,
+        // read live like every name.
+        const AlsaCardNames* card = nullptr;
+        bool known = false;
+        if (ref->kind == AlsaRefKind::device && s.kept_has(*ref)) {
+            const int card_number = s.kept.lists.card_of[ref->client];
+            card = card_number >= 0 ? s.card_names(card_number, ref->client) : nullptr;
+            known = card || (card_number < 0 && prop == MidiStringProperty::manufacturer);
+        }
+        if (!known) {
+            if (MidiStatus err = s.look_up(*ref, true, &names); err != 0)
+                return err;
+            card = names.card >= 0 ? s.card_names(names.card, ref->client) : nullptr;
+        }
         if (prop == MidiStringProperty::model)
-            value = has_card ? card.name : names.client_name;
-        else if (has_card)
-            value = usb_manufacturer_from_long_name(card.long_name, card.name);
+            text = card ? card->name.c_str() : names.client_name;
+        else if (card)
+            value = usb_manufacturer_from_long_name(card->long_name, card->name);
     }
-    const size_t n = std::min(value.size(), size - 1);
-    std::memcpy(buffer, value.data(), n);
+    if (!text)
+        text = value.c_str();
+    const size_t n = strnlen(text, size - 1);
+    std::memcpy(buffer, text, n);
     buffer[n] = '\0';
     return 0;
 }
@@ -238,10 +252,13 @@ MidiStatus AlsaMidiHost::get_integer_property(MidiObjectRef obj, MidiIntegerProp
     const auto ref = decode_alsa_ref(obj);
     if (!ref || !value || prop != MidiIntegerProperty::offline)
         return -EINVAL;
-    // The sequencer has no offline state: whatever exists is online.
-    AlsaObjectNames names;
-    if (MidiStatus err = state_->look_up(*ref, &names); err != 0)
-        return err;
+    // The sequencer has no offline state: whatever exists is online. What
+    // the kept lists hold exists as long as they are kept.
+    if (!state_->kept_has(*ref)) {
+        AlsaObjectNames names;
+        if (MidiStatus err = state_->look_up(*ref, false, &names); err != 0)
+            return err;
+    }
     *value = 0;
     return 0;
 }

@@ -1,6 +1,7 @@
 // Connections of sources to our ports, and sending bytes to a destination.
 #include <alsa/asoundlib.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <memory>
 
@@ -97,6 +98,37 @@ MidiStatus AlsaMidiHost::port_disconnect_source(MidiObjectRef port, MidiObjectRe
     return 0;
 }
 
+namespace {
+// Sends `bytes` from `c`'s output port straight to `at`, one event per
+// complete message. -EINVAL: the bytes hold no complete message.
+MidiStatus send_events(AlsaOwnClient& c, const AlsaAddress& at, const uint8_t* bytes, size_t length)
+{
+    snd_midi_event_reset_encode(c.encoder);
+    bool sent = false;
+    size_t offset = 0;
+    while (offset < length) {
+        snd_seq_event_t ev;
+        snd_seq_ev_clear(&ev);
+        const long used = snd_midi_event_encode(c.encoder, bytes + offset, static_cast<long>(length - offset), &ev);
+        if (used < 0)
+            return static_cast<MidiStatus>(used);
+        if (used == 0)
+            break;
+        offset += static_cast<size_t>(used);
+        if (ev.type == SND_SEQ_EVENT_NONE)
+            continue;  // the bytes of a message that has not ended
+        snd_seq_ev_set_source(&ev, c.out_port);
+        snd_seq_ev_set_dest(&ev, at.client, at.port);
+        snd_seq_ev_set_direct(&ev);
+        if (int err = snd_seq_event_output_direct(c.seq, &ev); err < 0)
+            return err;
+        sent = true;
+    }
+    // Bytes that make no complete message send nothing, which is a failure.
+    return sent ? 0 : -EINVAL;
+}
+}  // namespace
+
 MidiStatus AlsaMidiHost::send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes, size_t length)
 {
     const auto port_ref = decode_alsa_ref(port);
@@ -111,33 +143,24 @@ MidiStatus AlsaMidiHost::send(MidiObjectRef port, MidiObjectRef destination, con
     // A sound card's sequencer port opens the device for output only while
     // some port is connected to it, and refuses events otherwise. So our
     // output port stays connected to every destination it sends to; -EBUSY
-    // says the connection is already there.
-    if (int err = snd_seq_connect_to(c->seq, c->out_port, dest_ref->client, dest_ref->port);
-        err < 0 && err != -EBUSY)
-        return err;
-
-    snd_midi_event_reset_encode(c->encoder);
-    bool sent = false;
-    size_t offset = 0;
-    while (offset < length) {
-        snd_seq_event_t ev;
-        snd_seq_ev_clear(&ev);
-        const long used =
-            snd_midi_event_encode(c->encoder, bytes + offset, static_cast<long>(length - offset), &ev);
-        if (used < 0)
-            return static_cast<MidiStatus>(used);
-        if (used == 0)
-            break;
-        offset += static_cast<size_t>(used);
-        if (ev.type == SND_SEQ_EVENT_NONE)
-            continue;  // the bytes of a message that has not ended
-        snd_seq_ev_set_source(&ev, c->out_port);
-        snd_seq_ev_set_dest(&ev, dest_ref->client, dest_ref->port);
-        snd_seq_ev_set_direct(&ev);
-        if (int err = snd_seq_event_output_direct(c->seq, &ev); err < 0)
-            return err;
-        sent = true;
+    // says the connection is already there. While the kept lists stand, a
+    // destination connected once needs no second request; if someone else
+    // took the connection away meanwhile, the refused send asks again once.
+    const AlsaAddress at{dest_ref->client, dest_ref->port};
+    const bool listed = state_->kept_has(*dest_ref);
+    auto& connected = c->connected;
+    const auto known = std::find_if(connected.begin(), connected.end(), [&](const AlsaAddress& a) {
+        return a.client == at.client && a.port == at.port;
+    });
+    if (listed && known != connected.end()) {
+        const MidiStatus status = send_events(*c, at, bytes, length);
+        if (status == 0 || status == -EINVAL)
+            return status;
+        connected.erase(known);
     }
-    // Bytes that make no complete message send nothing, which is a failure.
-    return sent ? 0 : -EINVAL;
+    if (int err = snd_seq_connect_to(c->seq, c->out_port, at.client, at.port); err < 0 && err != -EBUSY)
+        return err;
+    if (listed)
+        connected.push_back(at);
+    return send_events(*c, at, bytes, length);
 }

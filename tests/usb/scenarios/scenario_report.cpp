@@ -42,21 +42,51 @@ bool ScenarioReport::check(bool ok, const std::string& what)
     return ok;
 }
 
-void ScenarioReport::check_gaps(const std::vector<ReceivedMessage>& messages)
+namespace {
+// " 8.123 9.456 ..." for the gaps between consecutive stamps.
+std::string gap_list(const std::vector<int64_t>& ns, std::vector<double>* gaps)
 {
-    if (messages.size() < 2)
-        return;
     std::string list;
-    for (size_t i = 1; i < messages.size(); ++i) {
-        double gap_ms = static_cast<double>(messages[i].monotonic_ns - messages[i - 1].monotonic_ns) / 1e6;
+    for (size_t i = 1; i < ns.size(); ++i) {
+        const double gap_ms = static_cast<double>(ns[i] - ns[i - 1]) / 1e6;
+        gaps->push_back(gap_ms);
         char cell[32];
         std::snprintf(cell, sizeof cell, " %.3f", gap_ms);
         list += cell;
-        char what[96];
-        std::snprintf(what, sizeof what, "gap %zu between messages is %.3f ms, below 8 ms", i, gap_ms);
-        check(gap_ms >= 8.0, what);
     }
-    marker("@@dialcraft-usb gaps " + id_ + list);
+    return list;
+}
+}  // namespace
+
+void ScenarioReport::check_send_gaps(const std::vector<int64_t>& sent_ns)
+{
+    if (sent_ns.size() < 2)
+        return;
+    std::vector<double> gaps;
+    const std::string list = gap_list(sent_ns, &gaps);
+    for (size_t i = 0; i < gaps.size(); ++i) {
+        char what[96];
+        std::snprintf(what, sizeof what, "the sender's gap %zu between sends is %.3f ms, below 8 ms", i + 1,
+                      gaps[i]);
+        check(gaps[i] >= 8.0, what);
+    }
+    marker("@@dialcraft-usb sent " + id_ + list);
+}
+
+void ScenarioReport::report_arrival_gaps(const std::vector<ReceivedMessage>& messages)
+{
+    std::vector<int64_t> ns;
+    for (const ReceivedMessage& m : messages)
+        ns.push_back(m.monotonic_ns);
+    if (ns.size() < 2)
+        return;
+    std::vector<double> gaps;
+    marker("@@dialcraft-usb gaps " + id_ + gap_list(ns, &gaps));
+}
+
+void ScenarioReport::table(const std::string& line)
+{
+    marker("@@dialcraft-usb table " + line);
 }
 
 void ScenarioReport::detail(const std::string& label, const std::string& text)

@@ -149,19 +149,30 @@ bool check_programming_received(ScenarioReport& report, const EmulatedController
     ok &= report.check(emulator.programmed() == std::vector<std::string>{frame},
                        "the controller logs \"" + frame + "\"");
     if (bytes == messages)
-        report.check_gaps(received);
+        report.report_arrival_gaps(received);
     if (!ok)
         report.detail("emulator log " + emulator.log_path(), log_text(emulator));
     return ok;
+}
+
+void check_sender_pacing(ScenarioReport& report, const SendClock& clock,
+                         const std::vector<std::vector<uint8_t>>& messages)
+{
+    if (report.check(clock.accepted().size() == messages.size(),
+                     "the service accepted " + std::to_string(messages.size()) + " sends (got " +
+                         std::to_string(clock.accepted().size()) + ")"))
+        report.check_send_gaps(clock.accepted());
 }
 
 void program_knob(ScenarioReport& report, EmulatedController& emulator,
                   const KnobRequest& request)
 {
     ConsoleCapture capture;
+    SendClock clock;
     uint8_t result = usb_midi_main(request.knob, static_cast<int8_t>(request.type_channel), request.controller,
                                    request.controller);
     std::string printed = capture.finish();
+    check_sender_pacing(report, clock, request.expected_messages);
 
     bool ok = report.check(result == 0, "usb_midi_main returns 0 (got " + std::to_string(result) + ")");
     ok &= check_send_lines(report, printed, request.expected_messages);

@@ -9,6 +9,7 @@
 
 #include "emulated_controller.h"
 #include "scenario_report.h"
+#include "send_clock.h"
 #include "test_bed.h"
 #include "usb_gadget.h"
 
@@ -45,13 +46,18 @@ bool check_send_lines(ScenarioReport& report, const std::string& printed,
                       const std::vector<std::vector<uint8_t>>& messages);
 
 // Waits for `emulator` to decode a frame, then checks that it received exactly
-// `messages`, each at least 8 ms after the one before, and decoded `frame`
-// (for example "knob 5 = Control Change, channel 2, controller 74").
+// `messages` and decoded `frame` (for example "knob 5 = Control Change,
+// channel 2, controller 74"); reports the gaps between their arrivals.
 bool check_programming_received(ScenarioReport& report, const EmulatedController& emulator,
                                 const std::vector<std::vector<uint8_t>>& messages, const std::string& frame);
 
+// Checks that `clock` saw one accepted send per message and that the sender
+// paused at least 8 ms between them.
+void check_sender_pacing(ScenarioReport& report, const SendClock& clock,
+                         const std::vector<std::vector<uint8_t>>& messages);
+
 // Calls usb_midi_main for `request` and checks its result 0, the printed
-// send lines and what the controller received.
+// send lines, the sender's pacing and what the controller received.
 void program_knob(ScenarioReport& report, EmulatedController& emulator,
                   const KnobRequest& request);
 

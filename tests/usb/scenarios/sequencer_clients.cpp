@@ -85,3 +85,27 @@ bool wait_for_client_gone(const std::string& client, std::chrono::milliseconds t
         },
         timeout);
 }
+
+int sequencer_client_number(const std::string& client)
+{
+    for (const SequencerClient& c : read_sequencer_clients())
+        if (c.name == client)
+            return c.number;
+    return -1;
+}
+
+int sound_card_number(const std::string& text)
+{
+    // Two lines a card: " 1 [4AC1CC27       ]: USB-Audio - 4AC1CC27", then
+    // the long name, indented.
+    std::ifstream in("/proc/asound/cards");
+    std::string line;
+    int card = -1;
+    while (std::getline(in, line)) {
+        if (line.size() > 1 && line[1] != ' ' && line.find('[') != std::string::npos)
+            card = std::atoi(line.c_str());
+        else if (card >= 0 && line.find(text) != std::string::npos)
+            return card;
+    }
+    return -1;
+}

@@ -26,3 +26,9 @@ std::string sequencer_port_address(const std::string& client, const std::string&
 bool wait_for_sequencer_port(const std::string& client, const std::string& port,
                              std::chrono::milliseconds timeout);
 bool wait_for_client_gone(const std::string& client, std::chrono::milliseconds timeout);
+
+// The sequencer client number of the client named `client`, or -1.
+int sequencer_client_number(const std::string& client);
+// The number of the sound card whose long name (/proc/asound/cards)
+// contains `text`, or -1.
+int sound_card_number(const std::string& text);

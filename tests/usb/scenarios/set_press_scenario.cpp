@@ -36,8 +36,12 @@ int set_press_scenario(const TestBed& bed)
 
     midi_init();
     ConsoleCapture capture;
+    SendClock clock;
     setup_button_action(knob, state);
     std::string printed = capture.finish();
+    const std::vector<std::vector<uint8_t>> sequence = {
+        {0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}};
+    check_sender_pacing(report, clock, sequence);
 
     bool ok = true;
     for (size_t i = 0; i < device_connect_state_retval.size(); ++i)
@@ -52,8 +56,7 @@ int set_press_scenario(const TestBed& bed)
     ok &= report.check(count_lines(printed, "CONTROL_CHANGE\n") == 1, "prints CONTROL_CHANGE");
     ok &= report.check(!printed_lines(printed).empty() && printed_lines(printed).back() == "0\n",
                        "the last line printed is the result 0");
-    ok &= check_send_lines(report, printed,
-                           {{0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}});
+    ok &= check_send_lines(report, printed, sequence);
     ok &= report.check(c_arg_transfer_UInt8_1 == 0x05 && c_arg_transfer_UInt8_2 == 0xB1 &&
                            c_arg_transfer_UInt8_3 == 0x4A && c_arg_transfer_UInt8_4 == 0x4A,
                        "the staged bytes are 05 B1 4A 4A");
@@ -64,9 +67,7 @@ int set_press_scenario(const TestBed& bed)
     if (!ok)
         report.detail("output of the press", printed);
 
-    check_programming_received(report, emulator,
-                               {{0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}},
-                               "knob 5 = Control Change, channel 2, controller 74");
+    check_programming_received(report, emulator, sequence, "knob 5 = Control Change, channel 2, controller 74");
     midi_exit();
     return report.finish();
 }

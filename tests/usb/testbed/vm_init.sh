@@ -1,9 +1,10 @@
 #!/bin/busybox sh
 # shellcheck shell=dash  # busybox sh is ash; dash is the nearest dialect shellcheck has
-# First and only process of the test VM: mounts the kernel file systems,
-# loads the USB gadget, USB audio and sequencer modules, runs each scenario
-# program in turn and powers off. Everything the host needs leaves on the
-# serial console as "@@dialcraft-usb" marker lines.
+# First and only process of the test VM: mounts the kernel file systems and
+# the host's 9p share, loads the USB gadget, USB audio and sequencer modules,
+# runs each scenario program in turn and powers off. Everything the host
+# needs leaves on the serial console as "@@dialcraft-usb" marker lines, with
+# the VM's uptime where a time is of interest.
 /bin/busybox --install -s /bin
 export PATH=/bin
 
@@ -19,10 +20,22 @@ fatal() {
   poweroff -f
 }
 
-while read -r module params; do
-  # shellcheck disable=SC2086 # parameters are separate words on purpose
-  insmod "/lib/modules/$module" $params || fatal "insmod $module failed"
-done </lib/modules/load-order
+# insmod_all <dir>: the modules of <dir>/load-order, in that order.
+insmod_all() {
+  while read -r module params; do
+    # shellcheck disable=SC2086 # parameters are separate words on purpose
+    insmod "$1/$module" $params || fatal "insmod $module failed"
+  done <"$1/load-order"
+}
+
+insmod_all /boot-modules
+# Read-only, and nothing changes it while the VM runs: the page cache may
+# keep whatever it read.
+mount -t 9p -o trans=virtio,version=9p2000.L,ro,cache=loose,msize=512000 testbed /share ||
+  fatal "cannot mount the 9p share"
+echo "@@dialcraft-usb shared $(cut -d' ' -f1 /proc/uptime)"
+insmod_all "/share/modules/$(uname -r)"
+echo "@@dialcraft-usb modules $(cut -d' ' -f1 /proc/uptime)"
 mount -t configfs configfs /sys/kernel/config || fatal "cannot mount configfs"
 
 for udc in dummy_udc.0 dummy_udc.1; do
@@ -43,12 +56,18 @@ remove_gadgets() {
   done
 }
 
-# Ends emulators that a killed scenario left running, by process id.
+# Ends emulators that a killed scenario left running, by process id. Only
+# shell built-ins in the loop: under emulation every forked applet costs
+# milliseconds, and there are dozens of processes to look at.
 stop_leftover_emulators() {
-  for exe in /proc/[0-9]*/exe; do
-    pid=${exe#/proc/}
-    pid=${pid%/exe}
-    [ "$(readlink "$exe" 2>/dev/null)" = /testbed/bin/controller_emulator ] && kill -9 "$pid"
+  for comm in /proc/[0-9]*/comm; do
+    name=
+    read -r name <"$comm" 2>/dev/null
+    # The kernel keeps the first 15 characters of a command's name.
+    if [ "$name" = controller_emul ]; then
+      pid=${comm#/proc/}
+      kill -9 "${pid%/comm}"
+    fi
   done
 }
 
