@@ -15,6 +15,8 @@ namespace {
 
 const QString configuration_key = QStringLiteral("configurationKey");
 
+QString last_failure;
+
 
 QSettings user_settings()
 {
@@ -74,7 +76,8 @@ void saveCustomInfo()
     const QVariant previous = settings.value(configuration_key);
     settings.setValue(configuration_key, bytes);
     settings.sync();
-    QString failure;
+    QString& failure = last_failure;
+    failure.clear();
     if (settings.status() != QSettings::NoError)
         failure = settings_status_text(settings.status());
     else if (!settings_file_holds_value(settings.fileName(), bytes.size()))
@@ -89,6 +92,11 @@ void saveCustomInfo()
         settings.remove(configuration_key);
     settings.sync();
     print_line(QStringLiteral("Error saving configuration: ") + failure);
+}
+
+QString last_save_failure()
+{
+    return last_failure;
 }
 
 void loadCustomInfo()

@@ -2,10 +2,15 @@
 // Keeps the slot table between runs: as compact JSON under "configurationKey"
 // in the user's settings, and as "configuration.json" in the documents folder.
 #include <QByteArray>
+#include <QString>
 
 #include "model/configuration.h"
 
 void saveCustomInfo();
 void loadCustomInfo();
+// Why the last saveCustomInfo() failed (the text after "Error saving
+// configuration: "), or empty when it succeeded or none has run. The failure
+// is printed on standard output as well; this lets the window tell it too.
+QString last_save_failure();
 void saveConfiguration(const Configuration& config);
 void loadConfiguration();
