@@ -120,7 +120,7 @@ void saveCustomInfo()
     const QByteArray bytes = encode_configuration(configuration);
     QSettings settings = user_settings();
     QString& failure = last_failure;
-    if (settings_file_unreadable(settings)) {
+    if (settings_file_unreadable(settings.fileName())) {
         QString aside;
         failure = save_in_fresh_file(settings.fileName(), bytes, &aside);
         if (failure.isEmpty())
@@ -152,7 +152,7 @@ void loadCustomInfo()
 {
     QSettings settings = user_settings();
     // Noted for the save at close, which then puts a fresh file in its place.
-    (void)settings_file_unreadable(settings);
+    (void)settings_file_unreadable(settings.fileName());
     const QVariant stored = settings.value(configuration_key);
     // Only binary data counts; a value of any other kind is as good as absent.
     if (stored.typeId() != QMetaType::QByteArray) {

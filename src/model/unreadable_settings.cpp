@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
+#include <QSettings>
 
 #include <cerrno>
 #include <optional>
@@ -44,15 +45,15 @@ QString aside_name(const QString& file, int attempt)
 
 }  // namespace
 
-bool settings_file_unreadable(QSettings& settings)
+bool settings_file_unreadable(const QString& file)
 {
+    QSettings settings(file, QSettings::IniFormat);
     (void)settings.allKeys();
     if (settings.status() == QSettings::FormatError) {
-        unreadable_version = version_of(settings.fileName());
+        unreadable_version = version_of(file);
         return true;
     }
-    return unreadable_version && QFileInfo::exists(settings.fileName()) &&
-           *unreadable_version == version_of(settings.fileName());
+    return unreadable_version && QFileInfo::exists(file) && *unreadable_version == version_of(file);
 }
 
 QString replace_unreadable_file(const QString& file, const QString& fresh, QString* error)

@@ -3,12 +3,12 @@
 // bytes, a file that is not a settings file at all). Such a file is not a
 // failed write: the folder is writable, so the save writes a fresh file and
 // keeps the unreadable one beside it, bytes unchanged.
-#include <QSettings>
 #include <QString>
 
-// Whether the file behind `settings` cannot be parsed. It parses every group
-// of the file now, so that the verdict comes before anything is written.
-bool settings_file_unreadable(QSettings& settings);
+// Whether the settings file `file` cannot be parsed. Every group of it is
+// parsed now, so that the verdict comes before anything is written. Only
+// this file counts, not the system-wide files QSettings falls back on.
+bool settings_file_unreadable(const QString& file);
 
 // Puts `fresh` (a complete settings file in the same folder) in the place of
 // the unreadable `file`, which stays beside it as

@@ -273,6 +273,22 @@ TEST_F(UnreadableSettingsTest, ReadableFileIsNeverMoved)
     EXPECT_EQ(last_save_failure(), QString());
 }
 
+// Only the user's own file is judged: an unparsable system-wide file, which
+// QSettings also reads, is not the user's to move.
+TEST_F(UnreadableSettingsTest, UnreadableSystemWideFileIsNotTheUsers)
+{
+    QTemporaryDir system;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::SystemScope, system.path());
+    write_bytes(system.path() + "/dialcraft/dialcraft.conf", random_bytes(4096, 3));
+    const QStringList printed = save(session_table());
+    QSettings::setPath(QSettings::NativeFormat, QSettings::SystemScope, QStringLiteral("/etc/xdg"));
+
+    EXPECT_EQ(printed, QStringList());
+    EXPECT_EQ(siblings(file_), QStringList());
+    QSettings reread(file_, QSettings::IniFormat);
+    EXPECT_EQ(reread.value(key).toByteArray(), encode_configuration(Configuration{session_table()}));
+}
+
 class SmallFilesystemTest : public UnreadableSettingsTest {
 protected:
     void SetUp() override
