@@ -5,6 +5,7 @@
 #include "base/console.h"
 #include "midi/link_properties.h"
 #include "midi/midi_link.h"
+#include "midi/pace_sleep.h"
 
 namespace {
 
@@ -15,16 +16,30 @@ constexpr useconds_t pacing_us = 8000;
 
 uint8_t u8(int8_t v) { return static_cast<uint8_t>(v); }
 
+void sleep_with_usleep(unsigned microseconds)
+{
+    usleep(microseconds);
+}
+
+PaceSleep pace_sleep = sleep_with_usleep;
+
 void pace()
 {
     // The kernel's default 50 us timer slack would stretch every pause; the
     // pause itself is never shortened.
     thread_local const bool tight = prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL) == 0;
     (void)tight;
-    usleep(pacing_us);
+    pace_sleep(pacing_us);
 }
 
 }  // namespace
+
+PaceSleep set_pace_sleep(PaceSleep sleep)
+{
+    const PaceSleep previous = pace_sleep;
+    pace_sleep = sleep ? sleep : sleep_with_usleep;
+    return previous;
+}
 
 uint8_t usb_midi_main(int8_t knob, int8_t type_channel, int8_t controller_a, int8_t controller_b)
 {

@@ -9,6 +9,7 @@
 #include "base/fatal_error.h"
 #include "model/handover.h"
 #include "model/list_notation.h"
+#include "model/local_file.h"
 #include "model/print_line.h"
 #include "model/slot_mapping.h"
 #include "model/vocabulary.h"
@@ -188,15 +189,10 @@ void ConfigFileTransfer::loadFromLocalFile()
         emit fileNotRead(fileURLString_);
         return;
     }
-    QFile file(url.toLocalFile());
-    if (!file.open(QIODevice::ReadOnly)) {
-        print_line(QStringLiteral("Failed to read file: ") + file.errorString());
-        emit fileNotRead(fileURLString_);
-        return;
-    }
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        print_line(QStringLiteral("Failed to read file: ") + file.errorString());
+    QByteArray bytes;
+    QString error;
+    if (!read_whole_file(local_path_bytes(url), &bytes, &error)) {
+        print_line(QStringLiteral("Failed to read file: ") + error);
         emit fileNotRead(fileURLString_);
         return;
     }

@@ -4,16 +4,20 @@
 #include <QSaveFile>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QTemporaryFile>
 #include <QUrl>
 #include <QVariant>
 
 #include "model/print_line.h"
 #include "model/configuration_json.h"
+#include "model/unreadable_settings.h"
 #include "base/fatal_error.h"
 
 namespace {
 
 const QString configuration_key = QStringLiteral("configurationKey");
+
+QString last_failure;
 
 
 QSettings user_settings()
@@ -64,6 +68,50 @@ bool settings_file_holds_value(const QString& file_name, qsizetype value_size)
     return line.size() >= key.size() + value_size && (line.endsWith(")") || line.endsWith(")\""));
 }
 
+// Stores `bytes` under the key and syncs; returns why that failed, or empty.
+QString write_value(QSettings& settings, const QByteArray& bytes)
+{
+    settings.setValue(configuration_key, bytes);
+    settings.sync();
+    // A format error here means the file changed into something unparsable
+    // since it was checked; QSettings still writes the whole file, so only
+    // the written value decides.
+    if (settings.status() == QSettings::AccessError)
+        return settings_status_text(settings.status());
+    if (!settings_file_holds_value(settings.fileName(), bytes.size()))
+        return QStringLiteral("the settings file was written incompletely");
+    return {};
+}
+
+// Writes `bytes` under the key into a fresh settings file beside the
+// unreadable `file` and puts it in its place. Returns why that failed, or
+// empty with the unreadable file's new name in `aside`. On failure `file` is
+// left as it was and the fresh file is gone.
+QString save_in_fresh_file(const QString& file, const QByteArray& bytes, QString* aside)
+{
+    QTemporaryFile reserved(file + QStringLiteral(".new-XXXXXX"));
+    reserved.setAutoRemove(false);
+    if (!reserved.open())
+        return settings_status_text(QSettings::AccessError);
+    const QString fresh = reserved.fileName();
+    reserved.close();
+    QFile::setPermissions(fresh, QFile::permissions(file));
+    QString failure;
+    {
+        QSettings settings(fresh, QSettings::IniFormat);
+        failure = write_value(settings, bytes);
+    }
+    if (failure.isEmpty()) {
+        QString error;
+        *aside = replace_unreadable_file(file, fresh, &error);
+        if (aside->isEmpty())
+            failure = QStringLiteral("the settings file is malformed and could not be replaced: ") + error;
+    }
+    if (!failure.isEmpty())
+        QFile::remove(fresh);
+    return failure;
+}
+
 }  // namespace
 
 void saveCustomInfo()
@@ -76,14 +124,18 @@ bool saveCustomInfoChecked()
     // Encoding strings cannot fail; what can fail is writing the settings file.
     const QByteArray bytes = encode_configuration(configuration);
     QSettings settings = user_settings();
+    QString& failure = last_failure;
+    if (settings_file_unreadable(settings.fileName())) {
+        QString aside;
+        failure = save_in_fresh_file(settings.fileName(), bytes, &aside);
+        if (failure.isEmpty())
+            print_line(QStringLiteral("无法读取的设置文件已移至(Unreadable settings file moved to): ") + aside);
+        else
+            print_line(QStringLiteral("Error saving configuration: ") + failure);
+        return failure.isEmpty();
+    }
     const QVariant previous = settings.value(configuration_key);
-    settings.setValue(configuration_key, bytes);
-    settings.sync();
-    QString failure;
-    if (settings.status() != QSettings::NoError)
-        failure = settings_status_text(settings.status());
-    else if (!settings_file_holds_value(settings.fileName(), bytes.size()))
-        failure = QStringLiteral("the settings file was written incompletely");
+    failure = write_value(settings, bytes);
     if (failure.isEmpty())
         return true;
     // Put the previous value back, in memory and on disk, so that a failed
@@ -97,9 +149,17 @@ bool saveCustomInfoChecked()
     return false;
 }
 
+QString last_save_failure()
+{
+    return last_failure;
+}
+
 void loadCustomInfo()
 {
-    const QVariant stored = user_settings().value(configuration_key);
+    QSettings settings = user_settings();
+    // Noted for the save at close, which then puts a fresh file in its place.
+    (void)settings_file_unreadable(settings.fileName());
+    const QVariant stored = settings.value(configuration_key);
     // Only binary data counts; a value of any other kind is as good as absent.
     if (stored.typeId() != QMetaType::QByteArray) {
         configuration = Configuration{initialSettings()};

@@ -2,6 +2,7 @@
 // Keeps the slot table between runs: as compact JSON under "configurationKey"
 // in the user's settings, and as "configuration.json" in the documents folder.
 #include <QByteArray>
+#include <QString>
 
 #include "model/configuration.h"
 
@@ -10,5 +11,9 @@ void saveCustomInfo();
 // could not be stored (the error line is printed all the same).
 bool saveCustomInfoChecked();
 void loadCustomInfo();
+// Why the last saveCustomInfo() failed (the text after "Error saving
+// configuration: "), or empty when it succeeded or none has run. The failure
+// is printed on standard output as well; this lets the window tell it too.
+QString last_save_failure();
 void saveConfiguration(const Configuration& config);
 void loadConfiguration();

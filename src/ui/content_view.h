@@ -42,7 +42,10 @@ private:
     void disappear();
 
     GlobalState* globalState_;
-    QPointer<QQuickWindow> window_;
+    // The window whose events are filtered. Held as a QObject: events reach
+    // the filter while the window is being destroyed, when it is no longer a
+    // QQuickWindow, and the filter compares it by identity only.
+    QPointer<QObject> window_;
     bool appeared_ = false;
     bool disappeared_ = false;
 };

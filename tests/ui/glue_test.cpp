@@ -16,6 +16,11 @@ private slots:
                  QUrl::fromLocalFile(QStringLiteral("/tmp/a b/knobs.txt")));
         QCOMPARE(chosen_file_url(QUrl(QStringLiteral("/tmp/a b/knobs.txt"))).toString(QUrl::FullyEncoded),
                  QStringLiteral("file:///tmp/a%20b/knobs.txt"));
+        // A name that is not valid UTF-8 keeps its bytes, as escapes.
+        QCOMPARE(chosen_file_url(QUrl(QStringLiteral("/tmp/%FF%FE.txt"))).toString(QUrl::FullyEncoded),
+                 QStringLiteral("file:///tmp/%FF%FE.txt"));
+        QCOMPARE(chosen_file_url(QUrl(QStringLiteral("file:///tmp/%FF%FE.txt"))).toString(QUrl::FullyEncoded),
+                 QStringLiteral("file:///tmp/%FF%FE.txt"));
         const QUrl file = QUrl::fromLocalFile(QStringLiteral("/home/u/x.txt"));
         QCOMPARE(chosen_file_url(file), file);
         // Anything else is handed on as it came, for the transfer to judge.

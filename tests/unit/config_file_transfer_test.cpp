@@ -9,6 +9,9 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
+#include <cstdio>
+#include <unistd.h>
+
 #include "console_capture.h"
 #include "isolated_settings.h"
 #include "model/config_file_transfer.h"
@@ -520,6 +523,39 @@ TEST_F(ConfigFileTransferTest, LocationWithBlanksAndChineseIsReadBack)
     EXPECT_EQ(out.during[0], expected);
     EXPECT_EQ(transfer_.fileURLString(), expected);
     EXPECT_EQ(configuration.settings.mid(0, 3), (QStringList{"Bend Change", "2", "3"}));
+}
+
+// File names on Linux are bytes. One that is not valid UTF-8 reaches the
+// panel as percent escapes of its bytes (a native dialog reports it so); the
+// location is printed as given and the file is read by those bytes.
+TEST_F(ConfigFileTransferTest, FileNameThatIsNotUtf8IsReadByItsBytes)
+{
+    const QByteArray name = QFile::encodeName(dir_.path()) + "/\xff\xfe.txt";
+    FILE* file = std::fopen(name.constData(), "wb");
+    ASSERT_NE(file, nullptr);
+    std::fputs("Note Off\n7\n99", file);
+    std::fclose(file);
+    // QTemporaryDir lists names as text and cannot see this one to remove it.
+    struct Unlink {
+        QByteArray path;
+        ~Unlink() { ::unlink(path.constData()); }
+    } unlink_at_end{name};
+
+    QUrl url = QUrl::fromLocalFile(dir_.path());
+    url.setPath(url.path(QUrl::FullyEncoded) + "/%FF%FE.txt", QUrl::TolerantMode);
+    const QString expected = "file://" + QUrl::fromLocalFile(dir_.path()).path(QUrl::FullyEncoded) + "/%FF%FE.txt";
+    ASSERT_EQ(url.toString(QUrl::FullyEncoded), expected);
+
+    const ImportOutput out = import_file(url);
+    ASSERT_EQ(out.during.size(), 2) << out.during.join('|').toStdString();
+    EXPECT_EQ(out.during[0], expected);
+    EXPECT_EQ(transfer_.fileURLString(), expected);
+    EXPECT_EQ(out.after.value(1), "Updated configuration.settings count: 300");
+    EXPECT_EQ(configuration.settings.mid(0, 3), (QStringList{"Note Off", "7", "99"}));
+
+    // A name of other bytes is another file.
+    const ImportOutput other = import_file(QUrl(QStringLiteral("file://") + dir_.path() + "/%FE%FF.txt"));
+    EXPECT_EQ(other.during.value(1), "Failed to read file: No such file or directory");
 }
 
 TEST_F(ConfigFileTransferTest, InvalidUtf8IsReplaced)
