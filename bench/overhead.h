@@ -18,9 +18,8 @@ void measure_overhead(benchmark::State& state, F&& press)
     for (auto _ : state) {
         const auto start = std::chrono::steady_clock::now();
         press();
-        overhead.push_back(
-            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count() -
-            mandated_sleep_ms);
+        overhead.push_back(std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count() -
+                           mandated_sleep_ms);
     }
     std::sort(overhead.begin(), overhead.end());
     state.counters["overhead_median_ms"] = overhead[overhead.size() / 2];

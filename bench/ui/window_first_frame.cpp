@@ -50,8 +50,8 @@ int main(int argc, char** argv)
         if (!view->appeared())
             return;
         const auto now = std::chrono::steady_clock::now().time_since_epoch();
-        std::fprintf(stderr, "first-frame %lld %ld\n",
-                     static_cast<long long>(std::chrono::nanoseconds(now).count()), peak_resident_kib());
+        std::fprintf(stderr, "first-frame %lld %ld\n", static_cast<long long>(std::chrono::nanoseconds(now).count()),
+                     peak_resident_kib());
         std::fflush(stderr);
         std::_Exit(0);
     });

@@ -5,20 +5,19 @@
 
 #include <cstdint>
 
-#include "base/integer_text.h"
 #include "actions/knob_parameter_check.h"
 #include "base/console.h"
-#include "model/print_line.h"
-#include "midi/midi_link.h"
 #include "base/fatal_error.h"
+#include "base/integer_text.h"
+#include "midi/midi_link.h"
 #include "model/global_state.h"
 #include "model/handover.h"
+#include "model/print_line.h"
 #include "model/vocabulary.h"
 
 namespace {
 
 constexpr int family_size = 16;
-
 
 // Serial "4AC%XCC27" of candidate i, read as a hexadecimal device code.
 uint32_t candidate_code(int i)
@@ -173,9 +172,10 @@ void setup_button_action(CreateSetupAreaViewData& data, GlobalState& globalState
     ShellCommandPath = path.left(path.size() - 14);
 
     stage_bytes(data);
-    command_setup_succeed_flag =
-        usb_midi_main(static_cast<int8_t>(c_arg_transfer_UInt8_1), static_cast<int8_t>(c_arg_transfer_UInt8_2),
-                      static_cast<int8_t>(c_arg_transfer_UInt8_3), static_cast<int8_t>(c_arg_transfer_UInt8_4));
+    command_setup_succeed_flag = usb_midi_main(static_cast<int8_t>(c_arg_transfer_UInt8_1),
+                                               static_cast<int8_t>(c_arg_transfer_UInt8_2),
+                                               static_cast<int8_t>(c_arg_transfer_UInt8_3),
+                                               static_cast<int8_t>(c_arg_transfer_UInt8_4));
 
     print_line(QString::number(command_setup_succeed_flag));
     if (command_setup_succeed_flag == 0)

@@ -108,11 +108,11 @@ CliRequest parse_cli_arguments(const std::vector<std::string>& args)
     const CliCommand& command = *request.command;
     const std::string name(command.name);
     if (request.json && !command.takes_json)
-        throw UsageError("--json 不适用于(does not apply to) " + name + "; 可用于(accepted by): " +
-                         commands_taking(&CliCommand::takes_json));
+        throw UsageError("--json 不适用于(does not apply to) " + name +
+                         "; 可用于(accepted by): " + commands_taking(&CliCommand::takes_json));
     if (request.serial && !command.takes_serial)
-        throw UsageError("--serial 不适用于(does not apply to) " + name + "; 可用于(accepted by): " +
-                         commands_taking(&CliCommand::takes_serial));
+        throw UsageError("--serial 不适用于(does not apply to) " + name +
+                         "; 可用于(accepted by): " + commands_taking(&CliCommand::takes_serial));
     const int count = static_cast<int>(request.operands.size());
     if (count < command.min_operands || count > command.max_operands) {
         const std::string usage(command.help.substr(0, command.help.find('\n')));

@@ -31,11 +31,11 @@ CliRequest parse_cli_arguments(const std::vector<std::string>& args);
 
 // The checks of typed values; each returns the value as the set action takes
 // it or throws UsageError.
-int knob_argument(const std::string& text);                // 0 to 26
-QString type_argument(const std::string& text);            // one of the four display names
-QString channel_argument(const std::string& text);         // 1 to 16, kept as typed
-QString controller_argument(const std::string& text);      // 0 to 127, kept as typed
-std::string serial_argument(const std::string& text);      // 4AC0CC27 to 4ACFCC27
+int knob_argument(const std::string& text);            // 0 to 26
+QString type_argument(const std::string& text);        // one of the four display names
+QString channel_argument(const std::string& text);     // 1 to 16, kept as typed
+QString controller_argument(const std::string& text);  // 0 to 127, kept as typed
+std::string serial_argument(const std::string& text);  // 4AC0CC27 to 4ACFCC27
 
 // One line for the error stream: `<argument> "<value>" 无效(invalid); 可用(accepted): <accepted>`.
 std::string invalid_value(const std::string& argument, const std::string& value, const std::string& accepted);

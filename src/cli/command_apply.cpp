@@ -62,11 +62,12 @@ int run_apply(const CliContext& context)
         (is_programmable_type(state.record(i)->message_type_menu_string()) ? knobs : skipped).push_back(i);
 
     if (knobs.empty()) {
-        context.console.error_text("dialcraft-cli apply: 文件里没有可设置的旋钮(the file has no knob to program: "
-                                   "none of knobs 0-26 is Note On, Note Off, Control Change or Bend Change)\n");
+        context.console.error_text(
+            "dialcraft-cli apply: 文件里没有可设置的旋钮(the file has no knob to program: "
+            "none of knobs 0-26 is Note On, Note Off, Control Change or Bend Change)\n");
         if (context.request.json)
-            context.out << json_line(
-                QJsonObject{{"knobs", QJsonArray()}, {"skipped", knob_array(skipped)}, {"programmed", 0}, {"failed", 0}});
+            context.out << json_line(QJsonObject{
+                {"knobs", QJsonArray()}, {"skipped", knob_array(skipped)}, {"programmed", 0}, {"failed", 0}});
         else
             context.out << summary_line(0, 0, skipped.size());
         context.out.flush();

@@ -13,8 +13,8 @@
 int run_list(const CliContext& context)
 {
     MidiSession session(context.host);
-    const std::vector<PresentController> present =
-        session.opened() ? present_family_controllers(context.host) : std::vector<PresentController>{};
+    const std::vector<PresentController> present = session.opened() ? present_family_controllers(context.host)
+                                                                    : std::vector<PresentController>{};
 
     if (context.request.json) {
         QJsonArray array;
@@ -29,8 +29,8 @@ int run_list(const CliContext& context)
             address_width = std::max(address_width, controller.address.size());
         for (const PresentController& controller : present)
             context.out << controller.serial << "  " << controller.address
-                        << std::string(address_width - controller.address.size(), ' ') << "  "
-                        << controller.port_name << "\n";
+                        << std::string(address_width - controller.address.size(), ' ') << "  " << controller.port_name
+                        << "\n";
     }
     context.out.flush();
 

@@ -29,8 +29,8 @@ int run_export(const CliContext& context)
     transfer.exportButtonPressed();
     QString failure;
     if (!transfer.writeDocument(QUrl::fromLocalFile(file), &failure)) {
-        context.console.error_text("dialcraft-cli export: FILE \"" + path + "\" 无法写入(cannot be written): " +
-                                   failure.toStdString() + "\n");
+        context.console.error_text("dialcraft-cli export: FILE \"" + path +
+                                   "\" 无法写入(cannot be written): " + failure.toStdString() + "\n");
         return cli_failed;
     }
     context.out << "已导出(exported) " << configuration.settings.size() << " 行(lines) -> " << file.toStdString()

@@ -20,13 +20,13 @@ struct KnobOutcome {
     QString type;
     QString channel;
     QString controller;
-    bool checked = false;         // the parameter check passed and the sequence was sent
-    std::optional<int> result;    // failed sends the link counted, when sent
-    int accepted = 0;             // messages the MIDI service accepted
-    int refused = 0;              // messages it refused
+    bool checked = false;                   // the parameter check passed and the sequence was sent
+    std::optional<int> result;              // failed sends the link counted, when sent
+    int accepted = 0;                       // messages the MIDI service accepted
+    int refused = 0;                        // messages it refused
     std::vector<std::string> destinations;  // ports that accepted them
-    QString serial;               // the model menu after the press
-    QString message;              // the text area's text after the press
+    QString serial;                         // the model menu after the press
+    QString message;                        // the text area's text after the press
 
     bool ok() const { return checked && result == 0 && accepted > 0; }
 };

@@ -43,16 +43,18 @@ int choose_menu_serial(const CliContext& context, MidiSession& session, std::str
     }
     if (const auto& wanted = context.request.serial) {
         if (std::find(present.begin(), present.end(), *wanted) == present.end()) {
-            context.console.error_text(prefix + "--serial " + *wanted + " 不在(is not present); 现有(present): " +
-                                       names + "\n");
+            context.console.error_text(prefix + "--serial " + *wanted +
+                                       " 不在(is not present); 现有(present): " + names + "\n");
             return cli_no_controller;
         }
         *menu_serial = *wanted;
         return cli_success;
     }
     if (present.size() > 1) {
-        context.console.error_text(prefix + "有多个控制器, 请用 --serial 选择(several controllers are present; "
-                                            "choose one with --serial): " + names + "\n");
+        context.console.error_text(prefix +
+                                   "有多个控制器, 请用 --serial 选择(several controllers are present; "
+                                   "choose one with --serial): " +
+                                   names + "\n");
         return cli_usage_error;
     }
     *menu_serial = present.front();

@@ -9,8 +9,9 @@ constexpr int bar_width = 20;
 std::string progress_text(int done, int total, int knob)
 {
     const int filled = total > 0 ? done * bar_width / total : bar_width;
-    return "[" + std::string(static_cast<size_t>(filled), '#') + std::string(static_cast<size_t>(bar_width - filled), '.') +
-           "] " + std::to_string(done) + "/" + std::to_string(total) + " 旋钮(knob) " + std::to_string(knob);
+    return "[" + std::string(static_cast<size_t>(filled), '#') +
+           std::string(static_cast<size_t>(bar_width - filled), '.') + "] " + std::to_string(done) + "/" +
+           std::to_string(total) + " 旋钮(knob) " + std::to_string(knob);
 }
 
 ProgressBar::ProgressBar(CliConsole& console, int total, bool shown) : console_(console), total_(total), shown_(shown)

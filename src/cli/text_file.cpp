@@ -47,6 +47,7 @@ void warn_about_cutting(CliConsole& console, const std::string& command, const Q
                            "第(line) " + lines + "\n");
     }
     if (cut.has_cr_lf)
-        console.error_text(prefix + "CR LF 行尾不分行, 这些行合为一个槽(CR LF line ends do not split; "
-                                    "those lines become one slot)\n");
+        console.error_text(prefix +
+                           "CR LF 行尾不分行, 这些行合为一个槽(CR LF line ends do not split; "
+                           "those lines become one slot)\n");
 }

@@ -20,8 +20,7 @@ std::string read_string(MidiHost& host, MidiObjectRef obj, MidiStringProperty pr
 bool is_family_serial(std::string_view name)
 {
     // "4AC%XCC27": one upper-case hexadecimal digit in the middle.
-    return name.size() >= 8 && name.substr(0, 3) == "4AC" && is_upper_hex_digit(name[3]) &&
-           name.substr(4, 4) == "CC27";
+    return name.size() >= 8 && name.substr(0, 3) == "4AC" && is_upper_hex_digit(name[3]) && name.substr(4, 4) == "CC27";
 }
 
 std::vector<PresentController> present_family_controllers(MidiHost& host)

@@ -31,23 +31,22 @@ public:
 
     virtual MidiStatus client_create(const char* name, MidiObjectRef* out_client) = 0;
     virtual MidiStatus output_port_create(MidiObjectRef client, const char* name, MidiObjectRef* out_port) = 0;
-    virtual MidiStatus input_port_create(MidiObjectRef client, const char* name, MidiReadProc proc,
-                                         void* proc_ref, MidiObjectRef* out_port) = 0;
+    virtual MidiStatus input_port_create(MidiObjectRef client, const char* name, MidiReadProc proc, void* proc_ref,
+                                         MidiObjectRef* out_port) = 0;
     virtual MidiStatus client_dispose(MidiObjectRef client) = 0;
     virtual MidiStatus port_dispose(MidiObjectRef port) = 0;
 
     // Enumeration works only while a client is open; otherwise counts are 0.
     virtual size_t number_of_sources() = 0;
-    virtual MidiObjectRef get_source(size_t index) = 0;            // 0 when out of range
+    virtual MidiObjectRef get_source(size_t index) = 0;  // 0 when out of range
     virtual size_t number_of_destinations() = 0;
-    virtual MidiObjectRef get_destination(size_t index) = 0;       // 0 when out of range
+    virtual MidiObjectRef get_destination(size_t index) = 0;  // 0 when out of range
     virtual size_t number_of_devices() = 0;
-    virtual MidiObjectRef get_device(size_t index) = 0;            // 0 when out of range
+    virtual MidiObjectRef get_device(size_t index) = 0;  // 0 when out of range
 
     // Copies the property as 8-bit text, cut to `size` - 1 bytes and terminated.
     // A non-zero status means the property is absent and `buffer` is untouched.
-    virtual MidiStatus get_string_property(MidiObjectRef obj, MidiStringProperty prop, char* buffer,
-                                           size_t size) = 0;
+    virtual MidiStatus get_string_property(MidiObjectRef obj, MidiStringProperty prop, char* buffer, size_t size) = 0;
     // A non-zero status leaves `*value` untouched.
     virtual MidiStatus get_integer_property(MidiObjectRef obj, MidiIntegerProperty prop, int32_t* value) = 0;
 
@@ -55,8 +54,7 @@ public:
     virtual MidiStatus port_disconnect_source(MidiObjectRef port, MidiObjectRef source) = 0;
 
     // Sends one packet of raw MIDI bytes through `port` to `destination` at once.
-    virtual MidiStatus send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes,
-                            size_t length) = 0;
+    virtual MidiStatus send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes, size_t length) = 0;
 
     // Starts (proc != nullptr) or stops watching the service for changes.
     // One watcher at a time; a new call replaces the previous one. Works
@@ -64,4 +62,3 @@ public:
     // service cannot be watched; nothing is called then.
     virtual MidiStatus watch_changes(MidiChangeProc proc, void* context) = 0;
 };
-

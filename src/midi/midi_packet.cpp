@@ -12,8 +12,8 @@ MidiPacket* midi_packet_list_init(MidiPacketList* list)
     return &list->packet[0];
 }
 
-MidiPacket* midi_packet_list_add(MidiPacketList* list, size_t list_size, MidiPacket* cur,
-                                 uint64_t time, size_t length, const uint8_t* data)
+MidiPacket* midi_packet_list_add(MidiPacketList* list, size_t list_size, MidiPacket* cur, uint64_t time, size_t length,
+                                 const uint8_t* data)
 {
     if (length > sizeof cur->data)
         return nullptr;

@@ -19,8 +19,8 @@ struct MidiPacketList {
 MidiPacket* midi_packet_list_init(MidiPacketList* list);
 // Appends one packet after `cur`; returns the new packet, or nullptr when it
 // would not fit in `list_size` bytes or `length` exceeds a packet.
-MidiPacket* midi_packet_list_add(MidiPacketList* list, size_t list_size, MidiPacket* cur,
-                                 uint64_t time, size_t length, const uint8_t* data);
+MidiPacket* midi_packet_list_add(MidiPacketList* list, size_t list_size, MidiPacket* cur, uint64_t time, size_t length,
+                                 const uint8_t* data);
 // The packet after `p` in its list.
 const MidiPacket* midi_packet_next(const MidiPacket* p);
 MidiPacket* midi_packet_next(MidiPacket* p);

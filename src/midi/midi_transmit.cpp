@@ -14,7 +14,10 @@ constexpr uint8_t scan_only = 0xFF;
 // Paces every message for the controller; never remove or shorten it.
 constexpr useconds_t pacing_us = 8000;
 
-uint8_t u8(int8_t v) { return static_cast<uint8_t>(v); }
+uint8_t u8(int8_t v)
+{
+    return static_cast<uint8_t>(v);
+}
 
 void sleep_with_usleep(unsigned microseconds)
 {
@@ -114,8 +117,8 @@ uint8_t midi_device_name_judge()
 
 uint8_t midiOutShortMsg(uint8_t status, uint32_t word)
 {
-    return core_midi_send_msg(static_cast<uint8_t>((status & 0xF0) | (word & 0x0F)),
-                              static_cast<uint8_t>(word >> 8), static_cast<uint8_t>(word >> 16));
+    return core_midi_send_msg(static_cast<uint8_t>((status & 0xF0) | (word & 0x0F)), static_cast<uint8_t>(word >> 8),
+                              static_cast<uint8_t>(word >> 16));
 }
 
 uint8_t core_midi_send_msg(uint8_t status, uint8_t data1, uint8_t data2)

@@ -4,9 +4,9 @@
 #include <QMetaObject>
 #include <QSaveFile>
 
+#include "base/fatal_error.h"
 #include "model/configuration.h"
 #include "model/document_slots.h"
-#include "base/fatal_error.h"
 #include "model/handover.h"
 #include "model/list_notation.h"
 #include "model/local_file.h"
@@ -99,8 +99,7 @@ bool ConfigFileTransfer::writeDocument(const QUrl& url, QString* failure)
 {
     QSaveFile file(url.toLocalFile());
     const QByteArray bytes = document.toBytes();
-    if (!url.isLocalFile() || !file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() ||
-        !file.commit()) {
+    if (!url.isLocalFile() || !file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
         const QString reason = url.isLocalFile() ? file.errorString() : QStringLiteral("Not a local file");
         print_line(QStringLiteral("Failed to write file: ") + reason);
         if (failure)
@@ -170,9 +169,10 @@ qsizetype ConfigFileTransfer::reverseUpdateDocument()
     const qsizetype read = pieces.size();
     pad_to_300_slots(pieces);
     configuration.settings = std::move(pieces);
-    print_line(QStringLiteral("Updated configuration.settings count: ") + QString::number(configuration.settings.size()));
-    print_line(QStringLiteral("First 10 elements: ") + list_notation(configuration.settings.first(
-                                                       std::min<qsizetype>(10, configuration.settings.size()))));
+    print_line(QStringLiteral("Updated configuration.settings count: ") +
+               QString::number(configuration.settings.size()));
+    print_line(QStringLiteral("First 10 elements: ") +
+               list_notation(configuration.settings.first(std::min<qsizetype>(10, configuration.settings.size()))));
     return read;
 }
 

@@ -9,7 +9,6 @@
 #include "model/global_state.h"
 #include "model/text_document.h"
 
-
 class ConfigFileTransfer : public QObject {
     Q_OBJECT
     Q_PROPERTY(GlobalState* globalState READ globalState WRITE setGlobalState NOTIFY globalStateChanged)

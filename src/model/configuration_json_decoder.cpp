@@ -72,8 +72,7 @@ std::optional<Configuration> decode_configuration(const QByteArray& bytes, QStri
     strings.reserve(qsizetype(settings->size()));
     for (const json& element : *settings) {
         if (!element.is_string())
-            return refuse(error,
-                          QStringLiteral("Expected a string at \"settings\" index %1.").arg(strings.size()));
+            return refuse(error, QStringLiteral("Expected a string at \"settings\" index %1.").arg(strings.size()));
         const std::string& text = element.get_ref<const std::string&>();
         strings.append(utf8.decode(QByteArrayView(text.data(), qsizetype(text.size()))));
     }

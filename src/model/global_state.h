@@ -13,8 +13,8 @@ extern const QString initial_full_text;
 class GlobalState : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString fullText READ fullText WRITE setFullText NOTIFY fullTextChanged)
-    Q_PROPERTY(QString machine_type_menu_string READ machine_type_menu_string WRITE set_machine_type_menu_string
-                   NOTIFY machine_type_menu_stringChanged)
+    Q_PROPERTY(QString machine_type_menu_string READ machine_type_menu_string WRITE set_machine_type_menu_string NOTIFY
+                   machine_type_menu_stringChanged)
     Q_PROPERTY(QList<CreateSetupAreaViewData*> SetupAreaData READ SetupAreaData WRITE setSetupAreaData NOTIFY
                    SetupAreaDataChanged)
     Q_PROPERTY(CreateConfigAreaViewData* ConfigAreaData READ ConfigAreaData WRITE setConfigAreaData NOTIFY

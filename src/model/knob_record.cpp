@@ -4,7 +4,6 @@
 #include "model/publish.h"
 #include "model/vocabulary.h"
 
-
 CreateSetupAreaViewData::CreateSetupAreaViewData(int knobIndex, QObject* parent)
     : QObject(parent),
       id_(QUuid::createUuid()),

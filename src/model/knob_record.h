@@ -14,8 +14,8 @@ class CreateSetupAreaViewData : public QObject {
     Q_OBJECT
     Q_PROPERTY(QUuid id READ id WRITE setId NOTIFY idChanged)
     Q_PROPERTY(int knob_index READ knob_index WRITE set_knob_index NOTIFY knob_indexChanged)
-    Q_PROPERTY(QString message_type_menu_string READ message_type_menu_string WRITE set_message_type_menu_string
-                   NOTIFY message_type_menu_stringChanged)
+    Q_PROPERTY(QString message_type_menu_string READ message_type_menu_string WRITE set_message_type_menu_string NOTIFY
+                   message_type_menu_stringChanged)
     Q_PROPERTY(QString message_channel_menu_string READ message_channel_menu_string WRITE
                    set_message_channel_menu_string NOTIFY message_channel_menu_stringChanged)
     Q_PROPERTY(QString message_controller_number_code_string READ message_controller_number_code_string WRITE
@@ -82,8 +82,14 @@ private:
     int knob_index_;
 };
 
-inline size_t qHash(const CreateSetupAreaViewData& record, size_t seed = 0) { return qHash(record.id(), seed); }
-inline size_t qHash(const CreateConfigAreaViewData& record, size_t seed = 0) { return qHash(record.id(), seed); }
+inline size_t qHash(const CreateSetupAreaViewData& record, size_t seed = 0)
+{
+    return qHash(record.id(), seed);
+}
+inline size_t qHash(const CreateConfigAreaViewData& record, size_t seed = 0)
+{
+    return qHash(record.id(), seed);
+}
 
 template <>
 struct std::hash<CreateSetupAreaViewData> {

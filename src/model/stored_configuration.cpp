@@ -8,17 +8,16 @@
 #include <QUrl>
 #include <QVariant>
 
-#include "model/print_line.h"
-#include "model/configuration_json.h"
-#include "model/unreadable_settings.h"
 #include "base/fatal_error.h"
+#include "model/configuration_json.h"
+#include "model/print_line.h"
+#include "model/unreadable_settings.h"
 
 namespace {
 
 const QString configuration_key = QStringLiteral("configurationKey");
 
 QString last_failure;
-
 
 QSettings user_settings()
 {
@@ -200,8 +199,8 @@ void loadConfiguration()
         return;
     }
     const QByteArray bytes = file.readAll();
-    std::optional<Configuration> decoded =
-        file.error() == QFileDevice::NoError ? decode_configuration(bytes) : std::nullopt;
+    std::optional<Configuration> decoded = file.error() == QFileDevice::NoError ? decode_configuration(bytes)
+                                                                                : std::nullopt;
     if (!decoded) {
         print_line(QStringLiteral("No configuration found or failed to decode"));
         return;

@@ -48,8 +48,8 @@ void FocusIntoView::bringIntoView(QQuickItem* item)
             item->mapRectToItem(area, item->boundingRect()).adjusted(-frame_room, -frame_room, frame_room, frame_room);
         const qreal x = scrolledOffset(area->property("contentX").toReal(), shown.left(), shown.right(), area->width(),
                                        area->property("contentWidth").toReal());
-        const qreal y = scrolledOffset(area->property("contentY").toReal(), shown.top(), shown.bottom(),
-                                       area->height(), area->property("contentHeight").toReal());
+        const qreal y = scrolledOffset(area->property("contentY").toReal(), shown.top(), shown.bottom(), area->height(),
+                                       area->property("contentHeight").toReal());
         area->setProperty("contentX", x);
         area->setProperty("contentY", y);
     }

@@ -32,7 +32,6 @@ SetPressOutcome press_set_button(CreateSetupAreaViewData& data, GlobalState& sta
     }
     outcome.fullText = state.fullText();
     outcome.succeeded = outcome.fullText == set_success_text(outcome.knob);
-    outcome.programmed =
-        outcome.succeeded || outcome.fullText.startsWith(set_failure_first_line(outcome.knob) + u'\n');
+    outcome.programmed = outcome.succeeded || outcome.fullText.startsWith(set_failure_first_line(outcome.knob) + u'\n');
     return outcome;
 }

@@ -31,19 +31,21 @@ static QString accepted_text(int accepted, int refused, const QStringList& desti
 {
     const QString count = QString::number(accepted);
     QString text = count + QStringLiteral("条消息已送达(") + count +
-                   (accepted == 1 ? QStringLiteral(" message accepted) → ") : QStringLiteral(" messages accepted) → ")) +
+                   (accepted == 1 ? QStringLiteral(" message accepted) → ")
+                                  : QStringLiteral(" messages accepted) → ")) +
                    destinations.join(QStringLiteral(", "));
     if (refused > 0)
-        text += QStringLiteral("; ") + QString::number(refused) + QStringLiteral("条被拒绝(") + QString::number(refused) +
-                QStringLiteral(" refused)");
+        text += QStringLiteral("; ") + QString::number(refused) + QStringLiteral("条被拒绝(") +
+                QString::number(refused) + QStringLiteral(" refused)");
     return text;
 }
 
 static QString nothing_sent_text(bool programmed, int refused)
 {
     if (refused > 0)
-        return QStringLiteral("未送达任何消息, ") + QString::number(refused) + QStringLiteral("条被拒绝(Nothing was accepted, ") +
-               QString::number(refused) + QStringLiteral(" refused)");
+        return QStringLiteral("未送达任何消息, ") + QString::number(refused) +
+               QStringLiteral("条被拒绝(Nothing was accepted, ") + QString::number(refused) +
+               QStringLiteral(" refused)");
     if (programmed)
         return QStringLiteral("未发送任何消息, 未找到控制器(Nothing was sent, no controller found)");
     return QStringLiteral("未发送任何消息(Nothing was sent)");
@@ -109,7 +111,8 @@ QString read_text(const QUrl& url, qsizetype slotCount)
     const QString count = QString::number(slotCount);
     return QStringLiteral("已从 ") + url.toDisplayString(QUrl::PreferLocalFile) + QStringLiteral(" 读取") + count +
            QStringLiteral("个槽位, 面板下次刷新时显示(") + count +
-           (slotCount == 1 ? QStringLiteral(" slot read; the panels show it") : QStringLiteral(" slots read; the panels show them")) +
+           (slotCount == 1 ? QStringLiteral(" slot read; the panels show it")
+                           : QStringLiteral(" slots read; the panels show them")) +
            QStringLiteral(" from the next refresh on)");
 }
 

@@ -7,7 +7,8 @@ namespace {
 
 std::string ok_line(int knob, const std::string& setting)
 {
-    return "旋钮(knob) " + std::to_string(knob) + ": " + setting + " -> 4AC1CC27 MIDI 1, 已接受(accepted) 5/5, 成功(ok)\n";
+    return "旋钮(knob) " + std::to_string(knob) + ": " + setting +
+           " -> 4AC1CC27 MIDI 1, 已接受(accepted) 5/5, 成功(ok)\n";
 }
 
 Messages concat(std::initializer_list<Messages> frames)
@@ -40,9 +41,8 @@ TEST_F(ApplyTest, ProgramsExactlyTheConfiguredKnobsInOrder)
                               "已设置(programmed) 5, 失败(failed) 0, 跳过(skipped) 22\n");
     EXPECT_EQ(result.err, "");
     EXPECT_EQ(result.console, "");
-    EXPECT_EQ(sent_to("4AC1CC27 MIDI 1"),
-              concat({frame(0x00, 0x90, 60), frame(0x03, 0xB1, 74), frame(0x0C, 0xEF, 127), frame(0x14, 0x89, 0),
-                      frame(0x1A, 0xBF, 5)}));
+    EXPECT_EQ(sent_to("4AC1CC27 MIDI 1"), concat({frame(0x00, 0x90, 60), frame(0x03, 0xB1, 74), frame(0x0C, 0xEF, 127),
+                                                  frame(0x14, 0x89, 0), frame(0x1A, 0xBF, 5)}));
     expect_paced();
     EXPECT_EQ(stored(), before);
 }
@@ -61,7 +61,8 @@ TEST_F(ApplyTest, JsonListsEachKnobAndTheSkippedOnes)
               "{\"failed\":0,\"knobs\":[{\"accepted\":5,\"channel\":\"2\",\"controller\":\"74\","
               "\"destinations\":[\"4AC1CC27 MIDI 1\"],\"knob\":3,\"message\":\"旋钮3-设置成功!\",\"ok\":true,"
               "\"refused\":0,\"result\":0,\"serial\":\"4AC1CC27\",\"type\":\"Control Change\"}],\"programmed\":1,"
-              "\"skipped\":[" + skipped + "]}\n");
+              "\"skipped\":[" +
+                  skipped + "]}\n");
 }
 
 TEST_F(ApplyTest, DroppedEmptyLinesAreWarnedAboutAndShiftTheKnobs)
@@ -85,8 +86,8 @@ TEST_F(ApplyTest, AKnobFailingItsCheckIsReportedAndFailsTheRun)
     plug("4AC1CC27");
     // Channel 0 is blanked when the slots are copied into the record, so the
     // set action's check stops that knob; the other one is programmed.
-    const std::string path =
-        write_file("bad.txt", knob_file({{3, {"Control Change", "2", "74"}}, {4, {"Control Change", "0", "64"}}}));
+    const std::string path = write_file("bad.txt", knob_file({{3, {"Control Change", "2", "74"}},
+                                                              {4, {"Control Change", "0", "64"}}}));
     const CliRun result = run({"apply", path});
     EXPECT_EQ(result.status, cli_failed);
     EXPECT_EQ(result.out, ok_line(3, "Control Change, 通道(channel) 2, 控制器号(controller) 74") +
@@ -121,8 +122,8 @@ TEST_F(ApplyTest, NoControllerExitsThree)
 TEST_F(ApplyTest, ProgressBarOnlyOnATerminal)
 {
     plug("4AC1CC27");
-    const std::string path =
-        write_file("two.txt", knob_file({{3, {"Control Change", "2", "74"}}, {7, {"Note On", "1", "1"}}}));
+    const std::string path = write_file("two.txt",
+                                        knob_file({{3, {"Control Change", "2", "74"}}, {7, {"Note On", "1", "1"}}}));
     const CliRun terminal = run({"apply", path}, true);
     EXPECT_EQ(terminal.status, cli_success);
     EXPECT_EQ(terminal.err,

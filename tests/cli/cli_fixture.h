@@ -105,7 +105,10 @@ protected:
             .toByteArray();
     }
 
-    std::string file(const std::string& name) const { return dir_.filePath(QString::fromStdString(name)).toStdString(); }
+    std::string file(const std::string& name) const
+    {
+        return dir_.filePath(QString::fromStdString(name)).toStdString();
+    }
     std::string write_file(const std::string& name, const QByteArray& bytes) const
     {
         QFile out(QString::fromStdString(file(name)));

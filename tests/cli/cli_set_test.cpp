@@ -58,8 +58,7 @@ TEST_P(SetTypeTest, TypeNamesAndShortFormsGiveTheirStatus)
 
 INSTANTIATE_TEST_SUITE_P(Types, SetTypeTest,
                          ::testing::Values(TypeCase{"note-on", 0x9, "Note On"}, TypeCase{"Note On", 0x9, "Note On"},
-                                           TypeCase{"note-off", 0x8, "Note Off"},
-                                           TypeCase{"NOTE OFF", 0x8, "Note Off"},
+                                           TypeCase{"note-off", 0x8, "Note Off"}, TypeCase{"NOTE OFF", 0x8, "Note Off"},
                                            TypeCase{"cc", 0xB, "Control Change"},
                                            TypeCase{"control change", 0xB, "Control Change"},
                                            TypeCase{"bend", 0xE, "Bend Change"},

@@ -16,8 +16,7 @@ namespace {
 
 std::string default_knob_json(int knob)
 {
-    return "{\"channel\":\"\",\"controller\":\"127\",\"knob\":" + std::to_string(knob) +
-           ",\"type\":\"选择消息类型\"}";
+    return "{\"channel\":\"\",\"controller\":\"127\",\"knob\":" + std::to_string(knob) + ",\"type\":\"选择消息类型\"}";
 }
 
 QStringList table_with(const std::vector<std::pair<int, QStringList>>& knobs)
@@ -47,12 +46,15 @@ TEST_F(StoreTest, ShowOfAFreshStoreIsTheWindowsFirstStart)
 
 TEST_F(StoreTest, ShowJsonHoldsTheRecordsAsTheSlotCopyLeavesThem)
 {
-    store(table_with({{0, {"Note On", "01", "60"}}, {1, {"System Change", "3", "10"}}, {5, {"Control Change", "2", "74"}},
+    store(table_with({{0, {"Note On", "01", "60"}},
+                      {1, {"System Change", "3", "10"}},
+                      {5, {"Control Change", "2", "74"}},
                       {6, {"Note Off", "4", "200"}}}));
     const CliRun result = run({"show", "--json"});
     EXPECT_EQ(result.status, cli_success);
-    std::string expected = "[{\"channel\":\"01\",\"controller\":\"60\",\"knob\":0,\"type\":\"Note On\"},"
-                           "{\"channel\":\"3\",\"controller\":\"10\",\"knob\":1,\"type\":\"选择消息类型\"}";
+    std::string expected =
+        "[{\"channel\":\"01\",\"controller\":\"60\",\"knob\":0,\"type\":\"Note On\"},"
+        "{\"channel\":\"3\",\"controller\":\"10\",\"knob\":1,\"type\":\"选择消息类型\"}";
     for (int knob = 2; knob <= 26; ++knob) {
         if (knob == 5)
             expected += ",{\"channel\":\"2\",\"controller\":\"74\",\"knob\":5,\"type\":\"Control Change\"}";
@@ -66,8 +68,8 @@ TEST_F(StoreTest, ShowJsonHoldsTheRecordsAsTheSlotCopyLeavesThem)
 
 TEST_F(StoreTest, ExportWritesWhatTheWindowsExportWrites)
 {
-    store(table_with({{0, {"Note On", "01", "60"}}, {2, {"System Change", "3", "200"}},
-                      {5, {"Control Change", "2", "74"}}}));
+    store(table_with(
+        {{0, {"Note On", "01", "60"}}, {2, {"System Change", "3", "200"}}, {5, {"Control Change", "2", "74"}}}));
     const QByteArray before = stored();
 
     const CliRun result = run({"export", file("cli.txt")});
@@ -95,13 +97,21 @@ TEST_F(StoreTest, ExportWritesWhatTheWindowsExportWrites)
     QStringList lines;
     for (int knob = 0; knob <= 26; ++knob) {
         if (knob == 0)
-            lines << "Note On" << "01" << "60";
+            lines << "Note On"
+                  << "01"
+                  << "60";
         else if (knob == 5)
-            lines << "Control Change" << "2" << "74";
+            lines << "Control Change"
+                  << "2"
+                  << "74";
         else if (knob == 2)  // placeholder type, channel wiped by the bad controller
-            lines << "Control Change" << "" << "127";
+            lines << "Control Change"
+                  << ""
+                  << "127";
         else
-            lines << "Control Change" << "" << "127";
+            lines << "Control Change"
+                  << ""
+                  << "127";
     }
     while (lines.size() < 300)
         lines << blank_slot;

@@ -75,8 +75,7 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{{"set", "5", "sysex", "2", "74"},
                   "dialcraft-cli set: TYPE \"sysex\" 无效(invalid); 可用(accepted): " + types_accepted + "\n"},
         UsageCase{{"set", "5", "System Change", "2", "74"},
-                  "dialcraft-cli set: TYPE \"System Change\" 无效(invalid); 可用(accepted): " + types_accepted +
-                      "\n"},
+                  "dialcraft-cli set: TYPE \"System Change\" 无效(invalid); 可用(accepted): " + types_accepted + "\n"},
         UsageCase{{"set", "5", "cc", "0", "74"},
                   "dialcraft-cli set: CHANNEL \"0\" 无效(invalid); 可用(accepted): 1-16\n"},
         UsageCase{{"set", "5", "cc", "17", "74"},
@@ -101,12 +100,14 @@ INSTANTIATE_TEST_SUITE_P(
                   "dialcraft-cli set: --serial 只能给一次(may be given once)\n"},
         UsageCase{{"list", "--serial", "4AC1CC27"},
                   "dialcraft-cli list: --serial 不适用于(does not apply to) list; 可用于(accepted by): set, apply\n"},
-        UsageCase{{"export", "x.txt", "--json"},
-                  "dialcraft-cli export: --json 不适用于(does not apply to) export; 可用于(accepted by): list, set, apply, "
-                  "show\n"},
-        UsageCase{{"show", "extra"},
-                  "dialcraft-cli show: 参数个数不对(wrong number of arguments); 用法(usage): dialcraft-cli show [--json] "
-                  "[--verbose]\n"},
+        UsageCase{
+            {"export", "x.txt", "--json"},
+            "dialcraft-cli export: --json 不适用于(does not apply to) export; 可用于(accepted by): list, set, apply, "
+            "show\n"},
+        UsageCase{
+            {"show", "extra"},
+            "dialcraft-cli show: 参数个数不对(wrong number of arguments); 用法(usage): dialcraft-cli show [--json] "
+            "[--verbose]\n"},
         UsageCase{{"apply", "%DIR%"},
                   "dialcraft-cli apply: FILE \"%DIR%\" 无法读取(cannot be read): No such file or directory\n"},
         UsageCase{{"import", "%DIR%"},

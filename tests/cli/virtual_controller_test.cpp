@@ -37,7 +37,8 @@ TEST(VirtualKnobsTest, AFrameIsPrintedWithItsGapsWhenComplete)
     for (size_t i = 0; i < 4; ++i)
         EXPECT_FALSE(printed[i].has_value()) << i;
     ASSERT_TRUE(printed[4].has_value());
-    EXPECT_EQ(*printed[4], "4AC1CC27 knob 5 = Control Change, channel 2, controller 74; 间隔(gaps) 8.0, 8.5, 8.0, 10.0 ms");
+    EXPECT_EQ(*printed[4],
+              "4AC1CC27 knob 5 = Control Change, channel 2, controller 74; 间隔(gaps) 8.0, 8.5, 8.0, 10.0 ms");
 }
 
 TEST(VirtualKnobsTest, GapsAreThoseOfTheFramesOwnMessages)
@@ -47,7 +48,8 @@ TEST(VirtualKnobsTest, GapsAreThoseOfTheFramesOwnMessages)
     messages.insert(messages.end(), knob5_cc.begin(), knob5_cc.end());
     const auto printed = feed(knobs, messages, {1000000us, 1000000us, 8000us, 8500us, 8049us, 9951us});
     ASSERT_TRUE(printed.back().has_value());
-    EXPECT_EQ(*printed.back(), "4AC1CC27 knob 5 = Control Change, channel 2, controller 74; 间隔(gaps) 8.0, 8.5, 8.0, 10.0 ms");
+    EXPECT_EQ(*printed.back(),
+              "4AC1CC27 knob 5 = Control Change, channel 2, controller 74; 间隔(gaps) 8.0, 8.5, 8.0, 10.0 ms");
 }
 
 TEST(VirtualKnobsTest, TableListsProgrammedKnobsInOrderWithTheLatestSetting)

@@ -39,12 +39,9 @@ bool isInteractive(QAccessibleInterface* iface)
     case QAccessible::CheckBox:
     case QAccessible::RadioButton:
     case QAccessible::SpinBox:
-    case QAccessible::Slider:
-        return true;
-    case QAccessible::StaticText:
-        return false;  // Qt calls every text "focusable", for caret browsing
-    default:
-        return iface->state().focusable;
+    case QAccessible::Slider: return true;
+    case QAccessible::StaticText: return false;  // Qt calls every text "focusable", for caret browsing
+    default: return iface->state().focusable;
     }
 }
 
@@ -136,11 +133,13 @@ private slots:
         // The visible texts stay as they are.
         QCOMPARE(harness.item(QStringLiteral("typeMenu"), panel)->property("displayText").toString(),
                  QStringLiteral("Control Change"));
-        QCOMPARE(harness.item(QStringLiteral("caption"), panel)->property("text").toString(), QStringLiteral("5号旋钮"));
+        QCOMPARE(harness.item(QStringLiteral("caption"), panel)->property("text").toString(),
+                 QStringLiteral("5号旋钮"));
 
         QAccessibleInterface* model = accessible(harness.item(QStringLiteral("modelMenu")));
         QCOMPARE(model->role(), QAccessible::ComboBox);
-        QCOMPARE(model->text(QAccessible::Name), QStringLiteral("设备型号(Machine Serial): ") + harness.state()->machine_type_menu_string());
+        QCOMPARE(model->text(QAccessible::Name),
+                 QStringLiteral("设备型号(Machine Serial): ") + harness.state()->machine_type_menu_string());
         QCOMPARE(accessible(harness.item(QStringLiteral("importButton")))->text(QAccessible::Name),
                  QStringLiteral("导入配置(Import Config)"));
         QCOMPARE(accessible(harness.item(QStringLiteral("exportButton")))->text(QAccessible::Name),
@@ -203,7 +202,8 @@ private slots:
         knob->set_message_type_menu_string(QStringLiteral("Control Change"));
         knob->set_message_channel_menu_string(QStringLiteral("2"));
         knob->set_message_controller_number_code_string(QStringLiteral("74"));
-        QAccessibleInterface* button = accessible(harness.item(QStringLiteral("setButton"), harness.panelShowingRecord(5)));
+        QAccessibleInterface* button = accessible(
+            harness.item(QStringLiteral("setButton"), harness.panelShowingRecord(5)));
         QVERIFY(button && button->actionInterface());
         QVERIFY(button->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
         sim->clear_sent();

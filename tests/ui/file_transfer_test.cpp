@@ -7,10 +7,10 @@
 #include <QTest>
 #include <QUrl>
 
-#include "model/configuration.h"
 #include "console_capture.h"
-#include "midi/sim/sim_midi_host.h"
 #include "midi/host_selection.h"
+#include "midi/sim/sim_midi_host.h"
+#include "model/configuration.h"
 #include "window_harness.h"
 
 class FileTransferTest : public WindowTest {
@@ -123,7 +123,8 @@ private slots:
         QCOMPARE(knob0->message_controller_number_code_string(), QStringLiteral("60"));
         QCOMPARE(harness.item(QStringLiteral("typeMenu"), panel0)->property("displayText").toString(),
                  QStringLiteral("Note On"));
-        QCOMPARE(harness.item(QStringLiteral("channelField"), panel0)->property("text").toString(), QStringLiteral("1"));
+        QCOMPARE(harness.item(QStringLiteral("channelField"), panel0)->property("text").toString(),
+                 QStringLiteral("1"));
         QCOMPARE(harness.item(QStringLiteral("controllerField"), panel0)->property("text").toString(),
                  QStringLiteral("60"));
         QCOMPARE(harness.state()->record(1)->message_type_menu_string(), QStringLiteral("Bend Change"));
@@ -157,10 +158,7 @@ private slots:
     }
 
 private:
-    QQuickItem* toolBar() const
-    {
-        return harness.window()->property("header").value<QQuickItem*>();
-    }
+    QQuickItem* toolBar() const { return harness.window()->property("header").value<QQuickItem*>(); }
     QObject* openDialog() const { return harness.window()->findChild<QObject*>(QStringLiteral("openDialog")); }
     QObject* saveDialog() const { return harness.window()->findChild<QObject*>(QStringLiteral("saveDialog")); }
     QString textArea() const { return harness.item(QStringLiteral("textArea"))->property("text").toString(); }

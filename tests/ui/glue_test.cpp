@@ -1,9 +1,9 @@
 // The small C++ pieces behind the window, without a window.
 #include <QTest>
 
+#include "console_capture.h"
 #include "dialog_files.h"
 #include "set_button_action.h"
-#include "console_capture.h"
 #include "window_harness.h"
 
 class GlueTest : public QObject {

@@ -5,8 +5,8 @@
 #include <QTest>
 
 #include "console_capture.h"
-#include "midi/sim/sim_midi_host.h"
 #include "midi/host_selection.h"
+#include "midi/sim/sim_midi_host.h"
 #include "window_harness.h"
 
 class LayoutTest : public WindowTest {
@@ -91,8 +91,7 @@ private slots:
     void onlyThePlaceholderIsDisabledAndDimmed()
     {
         for (QQuickItem* panel : harness.panels()) {
-            const bool placeholder =
-                panel->property("record").value<CreateSetupAreaViewData*>()->knob_index() == 27;
+            const bool placeholder = panel->property("record").value<CreateSetupAreaViewData*>()->knob_index() == 27;
             QCOMPARE(panel->opacity(), placeholder ? 0.5 : 1.0);
             for (const char* name : {"setButton", "typeMenu", "channelField", "controllerField"})
                 QCOMPARE(harness.item(QString::fromLatin1(name), panel)->isEnabled(), !placeholder);
@@ -158,7 +157,6 @@ private:
     {
         return scrollBar->property("contentItem").value<QQuickItem*>()->opacity();
     }
-
 };
 
 DIALCRAFT_UI_TEST_MAIN(LayoutTest)

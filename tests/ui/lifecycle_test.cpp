@@ -9,12 +9,12 @@
 #include <cstring>
 #include <memory>
 
-#include "midi/sim/sim_midi_host.h"
+#include "console_capture.h"
 #include "midi/host_selection.h"
 #include "midi/midi_link.h"
+#include "midi/sim/sim_midi_host.h"
 #include "model/global_state.h"
 #include "model/handover.h"
-#include "console_capture.h"
 #include "window_harness.h"
 
 namespace {
@@ -206,8 +206,11 @@ private slots:
 
         QCOMPARE(lines.value(0), QStringLiteral("midi_exit\r"));
         QCOMPARE(lines.size(), 28);
-        QVERIFY(store().value(QStringLiteral("configurationKey")).toByteArray().startsWith(
-            storedJson({placeholder, QStringLiteral("7"), QStringLiteral("127")}).chopped(2) + ','));
+        QVERIFY(
+            store()
+                .value(QStringLiteral("configurationKey"))
+                .toByteArray()
+                .startsWith(storedJson({placeholder, QStringLiteral("7"), QStringLiteral("127")}).chopped(2) + ','));
     }
 
     void showingAgainRunsNoHook()

@@ -5,16 +5,15 @@
 
 #include <cstring>
 
-#include "midi/midi_link.h"
 #include "console_capture.h"
-#include "midi/sim/sim_midi_host.h"
 #include "midi/host_selection.h"
+#include "midi/midi_link.h"
+#include "midi/sim/sim_midi_host.h"
 #include "window_harness.h"
 
 namespace {
-const QStringList typeEntries{QStringLiteral("Note On"), QStringLiteral("Note Off"),
-                              QStringLiteral("Control Change"), QStringLiteral("Bend Change"),
-                              QStringLiteral("选择消息类型")};
+const QStringList typeEntries{QStringLiteral("Note On"), QStringLiteral("Note Off"), QStringLiteral("Control Change"),
+                              QStringLiteral("Bend Change"), QStringLiteral("选择消息类型")};
 
 QStringList recordTexts(GlobalState* state)
 {

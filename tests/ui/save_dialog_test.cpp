@@ -58,9 +58,10 @@ private slots:
     {
         harness.click(harness.item(QStringLiteral("exportButton")));
         QTRY_VERIFY(saveDialog()->property("visible").toBool());
-        QCOMPARE(saveDialog()->property("fileMode").toInt(), 2);  // FileDialog.SaveFile
+        QCOMPARE(saveDialog()->property("fileMode").toInt(), 2);      // FileDialog.SaveFile
         QVERIFY(!(saveDialog()->property("options").toInt() & 0x4));  // DontConfirmOverwrite not set
-        QCOMPARE(saveDialog()->property("nameFilters").toStringList(), QStringList{QStringLiteral("Text files (*.txt)")});
+        QCOMPARE(saveDialog()->property("nameFilters").toStringList(),
+                 QStringList{QStringLiteral("Text files (*.txt)")});
         QTRY_VERIFY(fallback()->property("active").toBool());  // Qt's own dialog here
 
         QQuickItem* save = acceptButton();
@@ -102,8 +103,10 @@ private slots:
         QCOMPARE(readFile(path), QByteArray("old"));
         QCOMPARE(harness.item(QStringLiteral("overwriteText"))->property("text").toString(),
                  QStringLiteral("文件已存在,要替换它吗?(The file already exists. Replace it?)"));
-        QVERIFY(harness.item(QStringLiteral("overwriteFile"))->property("text").toString().endsWith(
-            QStringLiteral("knobs.txt")));
+        QVERIFY(harness.item(QStringLiteral("overwriteFile"))
+                    ->property("text")
+                    .toString()
+                    .endsWith(QStringLiteral("knobs.txt")));
 
         // Cancel: back to the save dialog, nothing written.
         QCOMPARE(harness.window()->activeFocusItem(), harness.item(QStringLiteral("keepButton")));

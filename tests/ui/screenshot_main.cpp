@@ -9,8 +9,8 @@
 
 #include <cstdio>
 
-#include "midi/sim/sim_midi_host.h"
 #include "midi/host_selection.h"
+#include "midi/sim/sim_midi_host.h"
 #include "window_harness.h"
 
 static bool save(QImage image, const char* path)

@@ -91,10 +91,13 @@ private slots:
         configure(2, "Control Change", "2", "74");
 
         QList<int> progressAtFrames;
-        connect(harness.window(), &QQuickWindow::frameSwapped, this, [&] {
-            if (run()->running())
-                progressAtFrames.append(qRound(progressBar()->property("value").toDouble()));
-        }, Qt::DirectConnection);
+        connect(
+            harness.window(), &QQuickWindow::frameSwapped, this,
+            [&] {
+                if (run()->running())
+                    progressAtFrames.append(qRound(progressBar()->property("value").toDouble()));
+            },
+            Qt::DirectConnection);
         bool disabledDuringRun = false;
         connect(run(), &SetAllRun::progressChanged, this, [&] {
             if (run()->done() == 1)
@@ -119,14 +122,15 @@ private slots:
                                                              "成功(succeeded): 3\n"
                                                              "失败(failed): 0\n"
                                                              "跳过(skipped): 24"));
-        QCOMPARE(statusMessage(), QStringLiteral("全部设置(Set All): 15条消息已送达(15 messages accepted) → 4AC1CC27 MIDI 1"));
+        QCOMPARE(statusMessage(),
+                 QStringLiteral("全部设置(Set All): 15条消息已送达(15 messages accepted) → 4AC1CC27 MIDI 1"));
         QCOMPARE(run()->done(), 3);
         QCOMPARE(run()->total(), 3);
 
         // Exactly the lines of three single presses, in display order.
         const QStringList lines = QString::fromStdString(printed).split(u'\n');
-        QCOMPARE(knobLines(lines), QStringList({QStringLiteral("2号旋钮"), QStringLiteral("3号旋钮"),
-                                                QStringLiteral("26号旋钮")}));
+        QCOMPARE(knobLines(lines),
+                 QStringList({QStringLiteral("2号旋钮"), QStringLiteral("3号旋钮"), QStringLiteral("26号旋钮")}));
         QCOMPARE(printed, replayOfPresses({2, 3, 26}));
 
         // The window drew the progress before the first knob, between the
@@ -173,7 +177,8 @@ private slots:
                                                              "失败(failed): 0\n"
                                                              "跳过(skipped): 25"));
         QCOMPARE(statusMessage(),
-                 QStringLiteral("全部设置(Set All): 未发送任何消息, 未找到控制器(Nothing was sent, no controller found)"));
+                 QStringLiteral(
+                     "全部设置(Set All): 未发送任何消息, 未找到控制器(Nothing was sent, no controller found)"));
     }
 
     void stopAfterTheFirstKnobLeavesTheRestUnsent()
@@ -289,10 +294,7 @@ private:
     SetAllRun* run() const { return WindowStatus::of(*harness.state())->setAll(); }
     QQuickItem* setAllButton() const { return harness.item(QStringLiteral("setAllButton")); }
     QQuickItem* progressBar() const { return harness.item(QStringLiteral("setAllProgress")); }
-    QString statusMessage() const
-    {
-        return harness.item(QStringLiteral("statusMessage"))->property("text").toString();
-    }
+    QString statusMessage() const { return harness.item(QStringLiteral("statusMessage"))->property("text").toString(); }
 
     std::unique_ptr<SimMidiHost> sim;
     PluggedController controller{};

@@ -7,9 +7,9 @@
 #include <chrono>
 #include <memory>
 
-#include "midi/sim/sim_midi_host.h"
-#include "midi/host_selection.h"
 #include "console_capture.h"
+#include "midi/host_selection.h"
+#include "midi/sim/sim_midi_host.h"
 #include "window_harness.h"
 
 using Bytes = std::vector<uint8_t>;
@@ -148,11 +148,7 @@ private:
         sim->add_source(serial + " MIDI 1");
         sim->add_destination(serial + " MIDI 1");
     }
-    QString textArea() const
-    {
-        return harness.item(QStringLiteral("textArea"))->property("text").toString();
-    }
-
+    QString textArea() const { return harness.item(QStringLiteral("textArea"))->property("text").toString(); }
 };
 
 DIALCRAFT_UI_TEST_MAIN(SetButtonTest)

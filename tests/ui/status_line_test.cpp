@@ -67,10 +67,13 @@ private slots:
         QVERIFY(item);
         int frames = 0;
         bool startedAtFirstFrame = true;
-        connect(window, &QQuickWindow::frameSwapped, this, [&] {
-            if (frames++ == 0)
-                startedAtFirstFrame = item->property("started").toBool();
-        }, Qt::DirectConnection);
+        connect(
+            window, &QQuickWindow::frameSwapped, this,
+            [&] {
+                if (frames++ == 0)
+                    startedAtFirstFrame = item->property("started").toBool();
+            },
+            Qt::DirectConnection);
         QVERIFY(QTest::qWaitForWindowExposed(window));
         QTRY_VERIFY(item->property("started").toBool());
         QVERIFY(frames > 0);
@@ -232,14 +235,8 @@ private:
     }
 
     QQuickItem* presence() const { return harness.item(QStringLiteral("controllerPresence")); }
-    QString presenceText() const
-    {
-        return harness.item(QStringLiteral("presenceText"))->property("text").toString();
-    }
-    QString statusMessage() const
-    {
-        return harness.item(QStringLiteral("statusMessage"))->property("text").toString();
-    }
+    QString presenceText() const { return harness.item(QStringLiteral("presenceText"))->property("text").toString(); }
+    QString statusMessage() const { return harness.item(QStringLiteral("statusMessage"))->property("text").toString(); }
 
     std::unique_ptr<SimMidiHost> sim;
     WindowHarness harness;

@@ -43,8 +43,9 @@ private slots:
     void exportOfAFirstStartWarnsAboutEveryKnob()
     {
         harness.click(harness.item(QStringLiteral("exportButton")));
-        const QString warning = QStringLiteral("注意: 旋钮 0-26 有空字段, 导入时其后各行将错位"
-                                               "(Knobs 0-26 have empty fields; on import the lines after them shift)");
+        const QString warning = QStringLiteral(
+            "注意: 旋钮 0-26 有空字段, 导入时其后各行将错位"
+            "(Knobs 0-26 have empty fields; on import the lines after them shift)");
         QCOMPARE(statusMessage(), warning);
         QCOMPARE(harness.state()->fullText(), QStringLiteral("导出文件:\n导出配置文件"));
 
@@ -75,8 +76,9 @@ private slots:
         harness.state()->record(9)->set_message_controller_number_code_string(QString());
 
         harness.click(harness.item(QStringLiteral("exportButton")));
-        QCOMPARE(statusMessage(), QStringLiteral("注意: 旋钮 3-5, 9 有空字段, 导入时其后各行将错位"
-                                                 "(Knobs 3-5, 9 have empty fields; on import the lines after them shift)"));
+        QCOMPARE(statusMessage(),
+                 QStringLiteral("注意: 旋钮 3-5, 9 有空字段, 导入时其后各行将错位"
+                                "(Knobs 3-5, 9 have empty fields; on import the lines after them shift)"));
         QVERIFY(harness.cancelFileDialog(saveDialog()));
     }
 
@@ -116,8 +118,9 @@ private slots:
         ConsoleCapture capture;
         QVERIFY(harness.acceptFileDialog(openDialog(), dir.path(), QStringLiteral("six.txt")));
         const QString expected = QStringLiteral("已从 ") + path +
-                                 QStringLiteral(" 读取6个槽位, 面板下次刷新时显示"
-                                                "(6 slots read; the panels show them from the next refresh on)");
+                                 QStringLiteral(
+                                     " 读取6个槽位, 面板下次刷新时显示"
+                                     "(6 slots read; the panels show them from the next refresh on)");
         QTRY_COMPARE(statusMessage(), expected);
         const QStringList lines = capture.finishLines();
 
@@ -127,7 +130,8 @@ private slots:
         QVERIFY(lines.at(1).startsWith(QStringLiteral("PPP Loaded settings: [")));
         QCOMPARE(lines.at(2), QStringLiteral("Expanded configuration.settings to 300 elements"));
         QCOMPARE(lines.at(3), QStringLiteral("Updated configuration.settings count: 300"));
-        QVERIFY(lines.at(4).startsWith(QStringLiteral("First 10 elements: [\"Note On\", \"1\", \"60\", \"Bend Change\"")));
+        QVERIFY(
+            lines.at(4).startsWith(QStringLiteral("First 10 elements: [\"Note On\", \"1\", \"60\", \"Bend Change\"")));
         QCOMPARE(harness.state()->fullText(), QStringLiteral("导入文件:\n导入配置文件"));
         // The panels still show the table from before the import.
         QCOMPARE(harness.state()->record(0)->message_type_menu_string(), QStringLiteral("选择消息类型"));
@@ -141,17 +145,15 @@ private slots:
         QTest::qWait(20);
         const QStringList lines = capture.finishLines();
         QVERIFY(lines.value(1).startsWith(QStringLiteral("Failed to read file: ")));
-        QCOMPARE(statusMessage(), QStringLiteral("未能读取(Could not read) ") + dir.filePath(QStringLiteral("gone.txt")));
+        QCOMPARE(statusMessage(),
+                 QStringLiteral("未能读取(Could not read) ") + dir.filePath(QStringLiteral("gone.txt")));
     }
 
 private:
     QObject* transfer() const { return harness.window()->findChild<ConfigFileTransfer*>(); }
     QObject* openDialog() const { return harness.window()->findChild<QObject*>(QStringLiteral("openDialog")); }
     QObject* saveDialog() const { return harness.window()->findChild<QObject*>(QStringLiteral("saveDialog")); }
-    QString statusMessage() const
-    {
-        return harness.item(QStringLiteral("statusMessage"))->property("text").toString();
-    }
+    QString statusMessage() const { return harness.item(QStringLiteral("statusMessage"))->property("text").toString(); }
     static QByteArray readFile(const QString& path)
     {
         QFile file(path);

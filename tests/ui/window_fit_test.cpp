@@ -70,8 +70,7 @@ private slots:
 
         // The ordinary wheel over a row scrolls the window, not the row.
         wheel(harness.item(QStringLiteral("knobRow0")), QPoint(0, -120 * 20), Qt::NoModifier);
-        QTRY_COMPARE(page->property("contentY").toReal(),
-                     page->property("contentHeight").toReal() - page->height());
+        QTRY_COMPARE(page->property("contentY").toReal(), page->property("contentHeight").toReal() - page->height());
         QCOMPARE(harness.item(QStringLiteral("knobRow0"))->property("contentX").toReal(), 0.0);
         QVERIFY(lastRow->mapToItem(page, QPointF(0, lastRow->height())).y() <= page->height());
         QCOMPARE(harness.item(QStringLiteral("textAreaFrame"))->height(), 200.0);
@@ -127,7 +126,8 @@ private slots:
             QTest::keyClick(harness.window(), Qt::Key_Tab);
         QCOMPARE(harness.window()->activeFocusItem(), frame);
         QVERIFY(!harness.item(QStringLiteral("textArea"))->hasActiveFocus());
-        QVERIFY(harness.item(QStringLiteral("focusRing"), frame->property("background").value<QQuickItem*>())->isVisible());
+        QVERIFY(
+            harness.item(QStringLiteral("focusRing"), frame->property("background").value<QQuickItem*>())->isVisible());
 
         const qreal size = bar->property("size").toReal();
         QVERIFY(size > 0 && size < 1);

@@ -3,11 +3,11 @@
 // way a user would: clicks at an item's centre, typed keys, menu choices.
 #include <QGuiApplication>
 #include <QList>
+#include <QObject>
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
-#include <QObject>
 
 #include <memory>
 
@@ -95,12 +95,12 @@ private:
 // main then sets the application up as the program does.
 void prepare_ui_test_environment();
 
-#define DIALCRAFT_UI_TEST_MAIN(TestObject)          \
-    int main(int argc, char** argv)                 \
-    {                                               \
-        prepare_ui_test_environment();              \
-        QGuiApplication app(argc, argv);            \
-        configure_application(app);                 \
-        TestObject test;                            \
-        return QTest::qExec(&test, argc, argv);     \
+#define DIALCRAFT_UI_TEST_MAIN(TestObject)      \
+    int main(int argc, char** argv)             \
+    {                                           \
+        prepare_ui_test_environment();          \
+        QGuiApplication app(argc, argv);        \
+        configure_application(app);             \
+        TestObject test;                        \
+        return QTest::qExec(&test, argc, argv); \
     }

@@ -24,8 +24,9 @@ TEST(AlsaLink, WithoutSequencerNothingMatches)
     EXPECT_EQ(failures, 0);  // no devices at all
     EXPECT_NE(exit_status, 0);
     const std::string empty_scan = "send_midi_out_data\r\n MIDIGetNumberOfDevices  0\r\n";
-    EXPECT_EQ(out, "set_device_name 4ac1cc27 \r\nmiddle_value 1 \r\nGenerated device_name: 4AC1CC27\n"
-                   "MIDIGetNumberOfSources 0 \r\nmidi init failed \r\n" +
-                       empty_scan + "key_code_value_set\r\n" + empty_scan + empty_scan + empty_scan + empty_scan +
-                       empty_scan + empty_scan + "midi_exit\r\n");
+    EXPECT_EQ(out,
+              "set_device_name 4ac1cc27 \r\nmiddle_value 1 \r\nGenerated device_name: 4AC1CC27\n"
+              "MIDIGetNumberOfSources 0 \r\nmidi init failed \r\n" +
+                  empty_scan + "key_code_value_set\r\n" + empty_scan + empty_scan + empty_scan + empty_scan +
+                  empty_scan + empty_scan + "midi_exit\r\n");
 }

@@ -7,8 +7,8 @@ TEST(CheckNumberScope, ChannelRange)
 {
     for (const char* ok : {"1", "16", "+5", "05", "016", "-0016"})
         EXPECT_EQ(CheckNumberScope(ok, 1, 16), QString(ok).startsWith('-') ? 0 : 1) << ok;
-    for (const char* bad : {"", "0", "17", "-3", " 5", "5 ", "1.0", "0x1", "99999999999999999999", "+", "-", "++1",
-                            "1_0", "１"})
+    for (const char* bad :
+         {"", "0", "17", "-3", " 5", "5 ", "1.0", "0x1", "99999999999999999999", "+", "-", "++1", "1_0", "１"})
         EXPECT_EQ(CheckNumberScope(QString::fromUtf8(bad), 1, 16), 0) << bad;
 }
 

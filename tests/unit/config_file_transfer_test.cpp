@@ -132,7 +132,8 @@ TEST_F(ConfigFileTransferTest, FreshTableExportsNinetyBlankLines)
 
 TEST_F(ConfigFileTransferTest, UpdateDocumentReplacesThePlaceholderEverywhere)
 {
-    configuration.settings = {QStringLiteral("选择消息类型"), "", QStringLiteral("x选择消息类型y选择消息类型"), "Note On"};
+    configuration.settings = {QStringLiteral("选择消息类型"), "", QStringLiteral("x选择消息类型y选择消息类型"),
+                              "Note On"};
     transfer_.updateDocument();
     EXPECT_EQ(transfer_.document.text, "Control Change\n\nxControl ChangeyControl Change\nNote On");
 }
@@ -154,11 +155,17 @@ TEST_F(ConfigFileTransferTest, ExportPressCopiesKnobs0To26AndBuildsTheText)
     QStringList lines;
     for (int i = 0; i < 27; ++i) {
         if (i == 5)
-            lines << "Control Change" << "2" << "74";
+            lines << "Control Change"
+                  << "2"
+                  << "74";
         else if (i == 26)
-            lines << "Note Off" << "" << "05";
+            lines << "Note Off"
+                  << ""
+                  << "05";
         else
-            lines << "Control Change" << "16" << "127";  // never given a type
+            lines << "Control Change"
+                  << "16"
+                  << "127";  // never given a type
     }
     lines << blanks(9);
     EXPECT_EQ(transfer_.document.text, lines.join('\n'));
@@ -274,8 +281,8 @@ TEST_F(ConfigFileTransferTest, ThreeLineFileFillsUpTo300)
     const QUrl url = write_file("three.txt", "Note On\n1\n60");
     const ImportOutput out = import_file(url);
     EXPECT_EQ(transfer_.fileURLString(), url.toString(QUrl::FullyEncoded));
-    EXPECT_EQ(out.during, (QStringList{url.toString(QUrl::FullyEncoded),
-                                       "PPP Loaded settings: " + list_notation(blanks(90))}));
+    EXPECT_EQ(out.during,
+              (QStringList{url.toString(QUrl::FullyEncoded), "PPP Loaded settings: " + list_notation(blanks(90))}));
     EXPECT_EQ(out.after, (QStringList{"Expanded configuration.settings to 300 elements",
                                       "Updated configuration.settings count: 300",
                                       R"(First 10 elements: ["Note On", "1", "60", ")" + blank + R"(", ")" + blank +
@@ -327,12 +334,12 @@ TEST_F(ConfigFileTransferTest, SplittingRules)
         QStringList pieces;
     };
     const Case cases[] = {
-        {"\n\na\n\n\nb\n", {"a", "b"}},       // leading, repeated, trailing line feeds
-        {"a\rb\nc", {"a\rb", "c"}},           // a lone CR stays inside its slot
-        {"a\r\n\nb", {"a\r\n", "b"}},         // CR LF does not split, the next LF does
+        {"\n\na\n\n\nb\n", {"a", "b"}},  // leading, repeated, trailing line feeds
+        {"a\rb\nc", {"a\rb", "c"}},      // a lone CR stays inside its slot
+        {"a\r\n\nb", {"a\r\n", "b"}},    // CR LF does not split, the next LF does
         {"\r\n\n", {"\r\n"}},
         {"\r\r\nx\ny", {"\r\r\nx", "y"}},
-        {" a \n\t\n", {" a ", "\t"}},         // no trimming
+        {" a \n\t\n", {" a ", "\t"}},  // no trimming
         {"\n", {}},
     };
     for (const Case& c : cases) {
@@ -376,7 +383,7 @@ TEST_F(ConfigFileTransferTest, ImportRefreshesRecordsFromTheOldTableAndAppliesTh
         ConsoleCapture out;
         transfer_.importCompleted(first);
         EXPECT_EQ(out.finishLines(), (QStringList{first.toString(QUrl::FullyEncoded),
-                                            "PPP Loaded settings: " + list_notation(old_table)}));
+                                                  "PPP Loaded settings: " + list_notation(old_table)}));
     }
     // Right after the completion handler: the records show the old table.
     EXPECT_EQ(configuration.settings, old_table);
@@ -402,9 +409,9 @@ TEST_F(ConfigFileTransferTest, ImportRefreshesRecordsFromTheOldTableAndAppliesTh
     // A second import shows, in the records, the slots of the first file.
     const QUrl second = write_file("second.txt", "Control Change\n16\n127");
     const ImportOutput out = import_file(second);
-    EXPECT_EQ(out.during[1], "PPP Loaded settings: " + list_notation(QStringList({"Note Off", "4", "44", "Note On",
-                                                                                   "5", "55"}) +
-                                                                      blanks(294)));
+    EXPECT_EQ(out.during[1],
+              "PPP Loaded settings: " +
+                  list_notation(QStringList({"Note Off", "4", "44", "Note On", "5", "55"}) + blanks(294)));
     expect_knob(state_, 0, "Note Off", "4", "44");
     expect_knob(state_, 1, "Note On", "5", "55");
     EXPECT_EQ(configuration.settings.mid(0, 3), (QStringList{"Control Change", "16", "127"}));
@@ -507,9 +514,9 @@ TEST_F(ConfigFileTransferTest, LocationThatIsNotAUrlIsRefused)
 TEST_F(ConfigFileTransferTest, RemoteLocationIsNotRead)
 {
     const ImportOutput out = import_file(QUrl("https://example.com/knobs.txt"));
-    EXPECT_EQ(out.during, (QStringList{"https://example.com/knobs.txt",
-                                       "Failed to read file: Only local files can be read",
-                                       "PPP Loaded settings: " + list_notation(blanks(90))}));
+    EXPECT_EQ(out.during,
+              (QStringList{"https://example.com/knobs.txt", "Failed to read file: Only local files can be read",
+                           "PPP Loaded settings: " + list_notation(blanks(90))}));
     EXPECT_EQ(out.after, QStringList());
     EXPECT_EQ(configuration.settings, blanks(90));
 }

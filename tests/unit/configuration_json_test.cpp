@@ -64,8 +64,16 @@ TEST(ConfigurationJsonTest, NonAsciiIsWrittenAsRawUtf8)
 
 TEST(ConfigurationJsonTest, EverythingEncodedDecodesBackUnchanged)
 {
-    QStringList settings{"Note On", "", "  ", "a/b\\c\"d", QStringLiteral("选择消息类型"), "\r\n", "\t\b\f",
-                         QString(QChar(1)), QStringLiteral("🎛"), "05"};
+    QStringList settings{"Note On",
+                         "",
+                         "  ",
+                         "a/b\\c\"d",
+                         QStringLiteral("选择消息类型"),
+                         "\r\n",
+                         "\t\b\f",
+                         QString(QChar(1)),
+                         QStringLiteral("🎛"),
+                         "05"};
     for (int c = 0; c < 0x80; ++c)
         settings.append(QString(QChar(c)));
     const std::optional<Configuration> decoded = decode_configuration(encode(settings));
@@ -293,8 +301,8 @@ TEST(ConfigurationJsonTest, NumbersBeyondADoubleAreRefused)
 {
     expect_not_json(R"({"n":1e400,"settings":[]})", "1e400");
     expect_not_json(R"({"n":-1e400,"settings":[]})", "-1e400");
-    for (const QByteArray& number : {QByteArray("123456789012345678901234567890"), QByteArray("1e308"),
-                                    QByteArray("-0"), QByteArray("1e-400")}) {
+    for (const QByteArray& number :
+         {QByteArray("123456789012345678901234567890"), QByteArray("1e308"), QByteArray("-0"), QByteArray("1e-400")}) {
         const auto decoded = decode_configuration(R"({"n":)" + number + R"(,"settings":["a"]})");
         ASSERT_TRUE(decoded.has_value()) << number.toStdString();
         EXPECT_EQ(decoded->settings, QStringList{"a"});
@@ -340,7 +348,8 @@ TEST(ConfigurationJsonTest, AcceptsWhatStrictJsonAllows)
     };
     const Accepted cases[] = {
         {"\xef\xbb\xbf{\"settings\":[\"a\"]}", {"a"}},  // byte-order mark
-        {R"({"settings":["\u00e9\ud83c\udf9b\u0041\/\b"]})", {QStringLiteral("éA/\b").insert(1, QStringLiteral("🎛"))}},
+        {R"({"settings":["\u00e9\ud83c\udf9b\u0041\/\b"]})",
+         {QStringLiteral("éA/\b").insert(1, QStringLiteral("🎛"))}},
         {R"({"n":[-0.5e+10,1E-2,0,true,false,null,{}],"settings":[]})", {}},
         {R"({"settings":5,"settings":["last"]})", {"last"}},  // a repeated member replaces the earlier one
         {R"({"x":{"settings":5},"settings":["top"]})", {"top"}},
@@ -374,15 +383,24 @@ TEST(ConfigurationJsonTest, ByteOrderMarkInsideStringsIsKept)
         {R"({"settings":["5\ufeff"]})", {"5" + bom}},
         {R"({"settings":["\ufeff"]})", {bom}},
         {R"({"settings":["\ufeff\ufeff"]})", {bom + bom}},
-        {"{\"settings\":[\"\xef\xbb\xbf" "5\"]}", {bom + "5"}},
-        {"{\"settings\":[\"5\xef\xbb\xbf" "5\"]}", {"5" + bom + "5"}},
+        {"{\"settings\":[\"\xef\xbb\xbf"
+         "5\"]}",
+         {bom + "5"}},
+        {"{\"settings\":[\"5\xef\xbb\xbf"
+         "5\"]}",
+         {"5" + bom + "5"}},
         {"{\"settings\":[\"5\xef\xbb\xbf\"]}", {"5" + bom}},
         {"{\"settings\":[\"\xef\xbb\xbf\"]}", {bom}},
         {"{\"settings\":[\"\xef\xbb\xbf\xef\xbb\xbf\"]}", {bom + bom}},
         // Every string starts afresh: a mark at the start of each one is kept.
-        {"{\"settings\":[\"\xef\xbb\xbf" "1\",\"\\ufeff2\",\"\xef\xbb\xbf" "3\"]}", {bom + "1", bom + "2", bom + "3"}},
+        {"{\"settings\":[\"\xef\xbb\xbf"
+         "1\",\"\\ufeff2\",\"\xef\xbb\xbf"
+         "3\"]}",
+         {bom + "1", bom + "2", bom + "3"}},
         // The document's own mark is skipped; the one inside the string is not.
-        {"\xef\xbb\xbf{\"settings\":[\"\xef\xbb\xbf" "5\"]}", {bom + "5"}},
+        {"\xef\xbb\xbf{\"settings\":[\"\xef\xbb\xbf"
+         "5\"]}",
+         {bom + "5"}},
     };
     for (const auto& c : cases) {
         QString error;

@@ -36,8 +36,9 @@ TEST(GlobalStateTest, StartsWith36DefaultKnobRecordsInIndexOrder)
 TEST(GlobalStateTest, StartsWithInstructionTextFirstSerialAndPanelRecord)
 {
     GlobalState state;
-    EXPECT_EQ(state.fullText(), QStringLiteral("说明:  \n0.选择型号\n1.输入参数\n2.单点设置(首选)\n   或使用 全部设置\n\n"
-                                               "注: 每个区域都有独立\n设置按钮 \nC27为设置即保存型\n不需要手动保存到硬件"));
+    EXPECT_EQ(state.fullText(),
+              QStringLiteral("说明:  \n0.选择型号\n1.输入参数\n2.单点设置(首选)\n   或使用 全部设置\n\n"
+                             "注: 每个区域都有独立\n设置按钮 \nC27为设置即保存型\n不需要手动保存到硬件"));
     EXPECT_FALSE(state.fullText().endsWith(u'\n'));
     EXPECT_EQ(state.machine_type_menu_string(), QStringLiteral("4AC0CC27"));
     ASSERT_NE(state.ConfigAreaData(), nullptr);
@@ -192,8 +193,8 @@ TEST(GlobalStateTest, KnobRecordFieldsAnnounceBeforeStoringEvenWhenEqual)
                                   QString(""));
     expect_announced_before_store(&r, &CreateSetupAreaViewData::message_controller_number_code_string,
                                   &CreateSetupAreaViewData::set_message_controller_number_code_string,
-                                  &CreateSetupAreaViewData::message_controller_number_code_stringChanged,
-                                  QString("05"), QString("74"));
+                                  &CreateSetupAreaViewData::message_controller_number_code_stringChanged, QString("05"),
+                                  QString("74"));
 }
 
 TEST(GlobalStateTest, PanelRecordFieldAnnouncesBeforeStoring)

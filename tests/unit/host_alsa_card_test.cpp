@@ -12,8 +12,7 @@ TEST(UsbManufacturer, IsTheTextBeforeTheCardNameInAUsbLongName)
 {
     EXPECT_EQ(usb_manufacturer_from_long_name("dialcraft test 4AC1CC27 at usb-dummy_hcd.0-1, high speed", "4AC1CC27"),
               "dialcraft test");
-    EXPECT_EQ(usb_manufacturer_from_long_name("Maker 4AC1CC27 at usb-0000:00:14.0-2, full speed", "4AC1CC27"),
-              "Maker");
+    EXPECT_EQ(usb_manufacturer_from_long_name("Maker 4AC1CC27 at usb-0000:00:14.0-2, full speed", "4AC1CC27"), "Maker");
 }
 
 TEST(UsbManufacturer, IsEmptyWhenTheDeviceGaveNone)

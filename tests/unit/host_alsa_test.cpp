@@ -8,8 +8,8 @@
 #include <memory>
 #include <string>
 
-#include "midi/alsa/object_ref.h"
 #include "midi/alsa/alsa_midi_host.h"
+#include "midi/alsa/object_ref.h"
 
 namespace {
 
@@ -124,8 +124,7 @@ TEST_F(AlsaHostWithoutSequencer, SendFails)
     EXPECT_EQ(host->send(port, dest, clock, sizeof clock), -ENOENT);
     // A destination handle is no port to send from, and a source is no destination.
     EXPECT_EQ(host->send(dest, dest, clock, sizeof clock), -EINVAL);
-    EXPECT_EQ(host->send(port, encode_alsa_ref(AlsaRef{AlsaRefKind::source, 0, 20, 0}), clock, sizeof clock),
-              -EINVAL);
+    EXPECT_EQ(host->send(port, encode_alsa_ref(AlsaRef{AlsaRefKind::source, 0, 20, 0}), clock, sizeof clock), -EINVAL);
 }
 
 TEST_F(AlsaHostWithoutSequencer, ConnectAndDisconnectFail)

@@ -5,8 +5,7 @@
 // One scan-only device pass over `devices` devices that finds the target.
 inline std::string scan_lines(int devices)
 {
-    return "send_midi_out_data\r\n MIDIGetNumberOfDevices  " + std::to_string(devices) +
-           "\r\nno macthing name B \r\n";
+    return "send_midi_out_data\r\n MIDIGetNumberOfDevices  " + std::to_string(devices) + "\r\nno macthing name B \r\n";
 }
 
 // One message that reaches destination 0, the only one, of a single device;

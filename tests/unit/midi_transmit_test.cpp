@@ -11,7 +11,6 @@
 using namespace std::chrono_literals;
 using Bytes = std::vector<uint8_t>;
 
-
 class MidiTransmit : public SimLinkTest {
 protected:
     void select(uint32_t code)
@@ -155,8 +154,16 @@ TEST_F(MidiTransmit, NoteTypesRepeatTheSecondOrThirdMessage)
     select(0x4AC1CC27);
     quietly([&] { usb_midi_main(0, static_cast<int8_t>(0x90), 0, 0); });
     quietly([&] { usb_midi_main(1, static_cast<int8_t>(0x83), 64, 64); });
-    EXPECT_EQ(wire(), (std::vector<Bytes>{{0xF8}, {0x90, 0x00, 0x00}, {0x80, 0x00, 0x00}, {0x90, 0x00, 0x00}, {0xF8},
-                                          {0xF8}, {0x93, 0x40, 0x01}, {0x83, 0x40, 0x01}, {0x83, 0x40, 0x01}, {0xF8}}));
+    EXPECT_EQ(wire(), (std::vector<Bytes>{{0xF8},
+                                          {0x90, 0x00, 0x00},
+                                          {0x80, 0x00, 0x00},
+                                          {0x90, 0x00, 0x00},
+                                          {0xF8},
+                                          {0xF8},
+                                          {0x93, 0x40, 0x01},
+                                          {0x83, 0x40, 0x01},
+                                          {0x83, 0x40, 0x01},
+                                          {0xF8}}));
 }
 
 TEST_F(MidiTransmit, StatusWithHighNibbleFSendsTheClockByte)

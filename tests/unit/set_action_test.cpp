@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "actions/set_action.h"
+#include "link_lines.h"
 #include "model/global_state.h"
 #include "model/handover.h"
-#include "link_lines.h"
 #include "sim_link_fixture.h"
 
 using Bytes = std::vector<uint8_t>;
@@ -98,14 +98,15 @@ TEST_F(SetAction, CompleteConsoleOutputOfTheExamplePress)
     std::string expected;
     for (int i = 0; i < 16; ++i)
         expected += probe_lines(i, 1, i == 1 ? 0 : -1);
-    expected += "set_device_name 4ac1cc27 \r\nmiddle_value 1 \r\nGenerated device_name: 4AC1CC27\n"
-                "MIDIGetNumberOfSources 1 \r\nmidi init success ,number code 0 \r\n4AC1CC27 MIDI 1 is online\r\n"
-                "-1--set_device_name(0x4AC1CC27);\n";
+    expected +=
+        "set_device_name 4ac1cc27 \r\nmiddle_value 1 \r\nGenerated device_name: 4AC1CC27\n"
+        "MIDIGetNumberOfSources 1 \r\nmidi init success ,number code 0 \r\n4AC1CC27 MIDI 1 is online\r\n"
+        "-1--set_device_name(0x4AC1CC27);\n";
     expected += summary("5", "Control Change", "2", "74");
     expected += "MIDI通道 ok\n控制器号 ok\n消息类型 ok\n参数正确\nCONTROL_CHANGE\n";
     expected += scan_lines(1) + "key_code_value_set\r\n" + scan_lines(1) + sent_lines("clock mc\r\n") +
-                sent_lines("MSG: 91 4a 5 \r\n") + sent_lines("MSG: 81 4a 5 \r\n") +
-                sent_lines("MSG: b1 4a 5 \r\n") + sent_lines("clock mc\r\n");
+                sent_lines("MSG: 91 4a 5 \r\n") + sent_lines("MSG: 81 4a 5 \r\n") + sent_lines("MSG: b1 4a 5 \r\n") +
+                sent_lines("clock mc\r\n");
     expected += "0\n";
 
     const std::string out = press();
@@ -171,9 +172,10 @@ TEST_F(SetAction, NoControllerUsesTheMenuSerial)
     std::string expected;
     for (int i = 0; i < 16; ++i)
         expected += probe_lines(i, 0, -1);
-    expected += "set_device_name 4ac2cc27 \r\nmiddle_value 2 \r\nGenerated device_name: 4AC2CC27\n"
-                "MIDIGetNumberOfSources 0 \r\nmidi init failed \r\n"
-                "User selected: 4AC2CC27\nset_device_name(0x4AC2CC27);\n";
+    expected +=
+        "set_device_name 4ac2cc27 \r\nmiddle_value 2 \r\nGenerated device_name: 4AC2CC27\n"
+        "MIDIGetNumberOfSources 0 \r\nmidi init failed \r\n"
+        "User selected: 4AC2CC27\nset_device_name(0x4AC2CC27);\n";
     EXPECT_EQ(out.substr(0, expected.size()), expected);
     EXPECT_EQ(command_setup_succeed_flag, 5);
     EXPECT_EQ(state.fullText(), "旋钮5-设置失败..\n4AC2CC27");

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "console_capture.h"
-#include "midi/sim/sim_midi_host.h"
 #include "midi/midi_link.h"
+#include "midi/sim/sim_midi_host.h"
 
 class SimLinkTest : public ::testing::Test {
 protected:

@@ -17,12 +17,12 @@
 #include "console_capture.h"
 #include "file_size_limit.h"
 #include "isolated_settings.h"
-#include "random_text.h"
 #include "model/configuration.h"
 #include "model/configuration_json.h"
 #include "model/global_state.h"
 #include "model/slot_mapping.h"
 #include "model/stored_configuration.h"
+#include "random_text.h"
 
 namespace {
 
@@ -182,7 +182,8 @@ TEST_F(StoredConfigurationTest, DamagedStoredValuesFallBackWithTheirReason)
         QString line;
     };
     const Case cases[] = {
-        {R"({"settings":"Note On"})", R"(Error loading configuration: Expected an array of strings for key "settings".)"},
+        {R"({"settings":"Note On"})",
+         R"(Error loading configuration: Expected an array of strings for key "settings".)"},
         {R"({"settings":["a",2]})", R"(Error loading configuration: Expected a string at "settings" index 1.)"},
         {R"({"configuration":[]})", R"(Error loading configuration: No value associated with key "settings".)"},
     };
@@ -315,7 +316,9 @@ TEST_F(StoredConfigurationTest, ByteOrderMarkInASlotSurvivesSaveAndLoad)
     settings[20] = "7" + bom + "4";
     configuration.settings = settings;
     saveCustomInfo();
-    EXPECT_TRUE(stored().toByteArray().contains("\"\xef\xbb\xbf" "5\""));
+    EXPECT_TRUE(
+        stored().toByteArray().contains("\"\xef\xbb\xbf"
+                                        "5\""));
     configuration.settings.clear();
     EXPECT_EQ(load(), QStringList());
     EXPECT_EQ(configuration.settings, settings);
@@ -472,8 +475,7 @@ TEST_F(DocumentsFolderTest, SaveConfigurationWritesTheJsonAndPrintsTheFileUrl)
 {
     ConsoleCapture out;
     saveConfiguration(Configuration{{"Control Change", "2", "74"}});
-    EXPECT_EQ(QString::fromStdString(out.finish()),
-              "Configuration saved to file://" + file_path() + "\n");
+    EXPECT_EQ(QString::fromStdString(out.finish()), "Configuration saved to file://" + file_path() + "\n");
     EXPECT_EQ(file_bytes(), QByteArray(R"({"settings":["Control Change","2","74"]})"));
     EXPECT_EQ(store().value(key).isValid(), false);  // the settings store is not touched
 }
@@ -520,7 +522,7 @@ TEST_F(DocumentsFolderTest, LoadConfigurationFillsLoadedConfigOnly)
     EXPECT_EQ(out.finish(), "Configuration loaded successfully\n");
     ASSERT_TRUE(loadedConfig.has_value());
     EXPECT_EQ(loadedConfig->settings, (QStringList{"Note On", "1", "60"}));  // not padded
-    EXPECT_EQ(configuration.settings, blanks(90));                          // not changed
+    EXPECT_EQ(configuration.settings, blanks(90));                           // not changed
 }
 
 TEST_F(DocumentsFolderTest, SaveThenLoadConfigurationRoundTrips)
@@ -541,7 +543,8 @@ TEST_F(DocumentsFolderTest, ByteOrderMarkInASlotSurvivesTheFile)
     const QStringList settings{bom + "5", "5" + bom, bom};
     ConsoleCapture out;
     saveConfiguration(Configuration{settings});
-    EXPECT_EQ(file_bytes(), QByteArray("{\"settings\":[\"\xef\xbb\xbf" "5\",\"5\xef\xbb\xbf\",\"\xef\xbb\xbf\"]}"));
+    EXPECT_EQ(file_bytes(), QByteArray("{\"settings\":[\"\xef\xbb\xbf"
+                                       "5\",\"5\xef\xbb\xbf\",\"\xef\xbb\xbf\"]}"));
     loadConfiguration();
     ASSERT_TRUE(loadedConfig.has_value());
     EXPECT_EQ(loadedConfig->settings, settings);
@@ -570,8 +573,8 @@ TEST_F(DocumentsFolderTest, LoadConfigurationFailuresKeepLoadedConfig)
         loadConfiguration();  // no file
         EXPECT_EQ(out.finish(), "No configuration found or failed to decode\n");
     }
-    for (const QByteArray& bytes : {QByteArray("garbage"), QByteArray(R"({"settings":[1]})"), QByteArray(),
-                                    QByteArray("\xff\xfe\x00{", 4)}) {
+    for (const QByteArray& bytes :
+         {QByteArray("garbage"), QByteArray(R"({"settings":[1]})"), QByteArray(), QByteArray("\xff\xfe\x00{", 4)}) {
         write_file(bytes);
         ConsoleCapture out;
         loadConfiguration();

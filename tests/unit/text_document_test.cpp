@@ -22,7 +22,8 @@ TEST(TextDocumentTest, DefaultsToEmptyText)
 TEST(TextDocumentTest, DecodesUtf8)
 {
     EXPECT_EQ(decode("Note On\n1\n60"), "Note On\n1\n60");
-    EXPECT_EQ(decode(QStringLiteral("选择消息类型 é 🎛").toUtf8()), QStringLiteral("选择消息类型 é 🎛"));
+    EXPECT_EQ(decode(QStringLiteral("选择消息类型 é 🎛").toUtf8()),
+              QStringLiteral("选择消息类型 é 🎛"));
     EXPECT_EQ(decode(QByteArray("a\0b", 3)), QString("a") + QChar(0) + "b");
 }
 
@@ -39,15 +40,19 @@ TEST(TextDocumentTest, EachIllFormedSubpartBecomesOneReplacementCharacter)
     };
     const Case cases[] = {
         {"\xff", QString(fffd)},
-        {"a\xfe\xff" "b", "a" + QString(2, fffd) + "b"},
-        {"a\xe4\xb8" "b", "a" + QString(fffd) + "b"},               // truncated 3-byte sequence
-        {"\xf0\x9f\x8e", QString(fffd)},                            // truncated at the end
-        {"\xc0\xaf", QString(2, fffd)},                             // overlong
-        {"\xe0\x80\xaf", QString(3, fffd)},                         // overlong 3-byte form
-        {"\xed\xa0\x80", QString(3, fffd)},                         // encoded surrogate
-        {"\xf4\x90\x80\x80", QString(4, fffd)},                     // past U+10FFFF
-        {"\x80\xbf", QString(2, fffd)},                             // lone continuation bytes
-        {"\xe4\xb8\xad\xe4\xb8", QStringLiteral("中") + fffd},       // good then torn
+        {"a\xfe\xff"
+         "b",
+         "a" + QString(2, fffd) + "b"},
+        {"a\xe4\xb8"
+         "b",
+         "a" + QString(fffd) + "b"},                            // truncated 3-byte sequence
+        {"\xf0\x9f\x8e", QString(fffd)},                        // truncated at the end
+        {"\xc0\xaf", QString(2, fffd)},                         // overlong
+        {"\xe0\x80\xaf", QString(3, fffd)},                     // overlong 3-byte form
+        {"\xed\xa0\x80", QString(3, fffd)},                     // encoded surrogate
+        {"\xf4\x90\x80\x80", QString(4, fffd)},                 // past U+10FFFF
+        {"\x80\xbf", QString(2, fffd)},                         // lone continuation bytes
+        {"\xe4\xb8\xad\xe4\xb8", QStringLiteral("中") + fffd},  // good then torn
         {"\xf5\x80", QString(2, fffd)},
     };
     for (const Case& c : cases)

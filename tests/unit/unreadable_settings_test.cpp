@@ -84,8 +84,8 @@ QStringList session_table()
 QStringList siblings(const QString& settings_file)
 {
     const QFileInfo info(settings_file);
-    return QDir(info.absolutePath()).entryList({info.fileName() + QStringLiteral(".*")}, QDir::Files | QDir::Hidden,
-                                               QDir::Name);
+    return QDir(info.absolutePath())
+        .entryList({info.fileName() + QStringLiteral(".*")}, QDir::Files | QDir::Hidden, QDir::Name);
 }
 
 // A tmpfs of 64 KiB mounted on a temporary folder, for a disk that fills up

@@ -24,8 +24,7 @@ std::string hex_bytes(std::span<const uint8_t> bytes)
 int64_t monotonic_ns()
 {
     // libstdc++'s steady clock is CLOCK_MONOTONIC on Linux.
-    return std::chrono::duration_cast<std::chrono::nanoseconds>(
-               std::chrono::steady_clock::now().time_since_epoch())
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now().time_since_epoch())
         .count();
 }
 

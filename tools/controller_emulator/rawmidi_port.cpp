@@ -39,8 +39,7 @@ std::vector<pollfd> RawMidiPort::poll_descriptors()
 bool RawMidiPort::readable(std::span<pollfd> fds, bool& broken)
 {
     unsigned short revents = 0;
-    int err = snd_rawmidi_poll_descriptors_revents(in_, fds.data(), static_cast<unsigned>(fds.size()),
-                                                   &revents);
+    int err = snd_rawmidi_poll_descriptors_revents(in_, fds.data(), static_cast<unsigned>(fds.size()), &revents);
     if (err < 0) {
         error_ = std::string("poll revents: ") + snd_strerror(err);
         broken = true;

@@ -127,10 +127,8 @@ private:
         }
         const ControllerCommand& command = std::get<ControllerCommand>(parsed);
         switch (command.kind) {
-        case ControllerCommand::Kind::nothing:
-            return true;
-        case ControllerCommand::Kind::quit:
-            return false;
+        case ControllerCommand::Kind::nothing: return true;
+        case ControllerCommand::Kind::quit: return false;
         case ControllerCommand::Kind::help:
             std::fputs(std::string(controller_commands_help()).c_str(), stdout);
             std::fflush(stdout);
@@ -145,9 +143,7 @@ private:
                     print(stdout, row);
             }
             return true;
-        case ControllerCommand::Kind::turn:
-            turn(command);
-            return true;
+        case ControllerCommand::Kind::turn: turn(command); return true;
         }
         return true;
     }

@@ -53,11 +53,10 @@ std::variant<MidiMessage, std::string> VirtualKnobs::turn(int knob, int value) c
     case 0x8:
     case 0x9:
     case 0xB:
-    case 0xE:
-        break;
+    case 0xE: break;
     default:
-        return "knob " + std::to_string(knob) + " 没有可发送的消息(has no message to send): " +
-               std::string(knob_type_name(setting.type_nibble));
+        return "knob " + std::to_string(knob) +
+               " 没有可发送的消息(has no message to send): " + std::string(knob_type_name(setting.type_nibble));
     }
     return MidiMessage{static_cast<uint8_t>(setting.type_nibble << 4 | (setting.channel - 1)),
                        static_cast<uint8_t>(setting.controller), static_cast<uint8_t>(value)};

@@ -80,9 +80,8 @@ bool AlsaMidiHost::State::is_own_client(int id) const
 {
     if (watcher && watcher->client_id() == id)
         return true;
-    return std::any_of(clients.begin(), clients.end(), [id](const auto& c) {
-        return c->id == id || (c->input && c->input->client_id() == id);
-    });
+    return std::any_of(clients.begin(), clients.end(),
+                       [id](const auto& c) { return c->id == id || (c->input && c->input->client_id() == id); });
 }
 
 AlsaOwnClient* AlsaMidiHost::State::find_client(const AlsaRef& ref) const
@@ -176,8 +175,8 @@ MidiStatus AlsaMidiHost::output_port_create(MidiObjectRef client, const char* na
     return 0;
 }
 
-MidiStatus AlsaMidiHost::input_port_create(MidiObjectRef client, const char* name, MidiReadProc proc,
-                                           void* proc_ref, MidiObjectRef* out_port)
+MidiStatus AlsaMidiHost::input_port_create(MidiObjectRef client, const char* name, MidiReadProc proc, void* proc_ref,
+                                           MidiObjectRef* out_port)
 {
     const auto ref = decode_alsa_ref(client);
     if (!ref || ref->kind != AlsaRefKind::client || !name || !proc || !out_port)

@@ -40,15 +40,13 @@ public:
     size_t number_of_devices() override;
     MidiObjectRef get_device(size_t index) override;
 
-    MidiStatus get_string_property(MidiObjectRef obj, MidiStringProperty prop, char* buffer,
-                                   size_t size) override;
+    MidiStatus get_string_property(MidiObjectRef obj, MidiStringProperty prop, char* buffer, size_t size) override;
     MidiStatus get_integer_property(MidiObjectRef obj, MidiIntegerProperty prop, int32_t* value) override;
 
     MidiStatus port_connect_source(MidiObjectRef port, MidiObjectRef source, void* conn_ref) override;
     MidiStatus port_disconnect_source(MidiObjectRef port, MidiObjectRef source) override;
 
-    MidiStatus send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes,
-                    size_t length) override;
+    MidiStatus send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes, size_t length) override;
     MidiStatus watch_changes(MidiChangeProc proc, void* context) override;
 
     struct State;

@@ -204,8 +204,7 @@ MidiStatus AlsaAnnounceWatcher::open(std::unique_ptr<AlsaAnnounceWatcher>* out)
                                              SND_SEQ_PORT_TYPE_APPLICATION);
     if (state->port < 0)
         return state->port;
-    if (int err = snd_seq_connect_from(state->seq, state->port, SND_SEQ_CLIENT_SYSTEM,
-                                       SND_SEQ_PORT_SYSTEM_ANNOUNCE);
+    if (int err = snd_seq_connect_from(state->seq, state->port, SND_SEQ_CLIENT_SYSTEM, SND_SEQ_PORT_SYSTEM_ANNOUNCE);
         err < 0)
         return err;
 

@@ -17,8 +17,8 @@ void AlsaDeviceLists::clear()
     card_of.fill(no_client);
 }
 
-MidiStatus read_device_lists(snd_seq_t* seq, bool (*is_own)(int client, const void* context),
-                             const void* context, AlsaDeviceLists* out)
+MidiStatus read_device_lists(snd_seq_t* seq, bool (*is_own)(int client, const void* context), const void* context,
+                             AlsaDeviceLists* out)
 {
     out->clear();
     if (!seq)

@@ -36,5 +36,5 @@ struct AlsaDeviceLists {
 // destinations when others may connect them that way; hidden ports never do.
 // Returns 0 or the negative ALSA error of an allocation (a walk that stops
 // early just ends the lists).
-MidiStatus read_device_lists(snd_seq_t* seq, bool (*is_own)(int client, const void* context),
-                             const void* context, AlsaDeviceLists* out);
+MidiStatus read_device_lists(snd_seq_t* seq, bool (*is_own)(int client, const void* context), const void* context,
+                             AlsaDeviceLists* out);

@@ -135,8 +135,8 @@ void* AlsaInputPort::State::source_ref(int client, int port)
     return it == source_refs.end() ? nullptr : it->second;
 }
 
-MidiStatus AlsaInputPort::open(const char* client_name, const char* port_name, MidiReadProc proc,
-                               void* proc_ref, std::unique_ptr<AlsaInputPort>* out)
+MidiStatus AlsaInputPort::open(const char* client_name, const char* port_name, MidiReadProc proc, void* proc_ref,
+                               std::unique_ptr<AlsaInputPort>* out)
 {
     if (!client_name || !port_name || !proc || !out)
         return -EINVAL;

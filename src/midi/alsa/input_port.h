@@ -11,8 +11,8 @@ class AlsaInputPort {
 public:
     // Opens the client and its port and starts the reading thread. Returns 0
     // or the negative ALSA (or errno) error; `out` is only set on success.
-    static MidiStatus open(const char* client_name, const char* port_name, MidiReadProc proc,
-                           void* proc_ref, std::unique_ptr<AlsaInputPort>* out);
+    static MidiStatus open(const char* client_name, const char* port_name, MidiReadProc proc, void* proc_ref,
+                           std::unique_ptr<AlsaInputPort>* out);
     // Stops the thread and closes the client if close() has not done so.
     ~AlsaInputPort();
     AlsaInputPort(const AlsaInputPort&) = delete;

@@ -92,14 +92,10 @@ bool AlsaMidiHost::State::kept_has(const AlsaRef& ref)
     if (!kept.valid)
         return false;
     switch (ref.kind) {
-    case AlsaRefKind::device:
-        return ref.port == 0 && lists.has_device(ref.client);
-    case AlsaRefKind::source:
-        return listed(lists.sources, ref);
-    case AlsaRefKind::destination:
-        return listed(lists.destinations, ref);
-    default:
-        return false;
+    case AlsaRefKind::device: return ref.port == 0 && lists.has_device(ref.client);
+    case AlsaRefKind::source: return listed(lists.sources, ref);
+    case AlsaRefKind::destination: return listed(lists.destinations, ref);
+    default: return false;
     }
 }
 
@@ -193,8 +189,7 @@ MidiObjectRef AlsaMidiHost::get_device(size_t index)
     return index < lists.devices.size() ? device_ref(lists.devices[index]) : 0;
 }
 
-MidiStatus AlsaMidiHost::get_string_property(MidiObjectRef obj, MidiStringProperty prop, char* buffer,
-                                             size_t size)
+MidiStatus AlsaMidiHost::get_string_property(MidiObjectRef obj, MidiStringProperty prop, char* buffer, size_t size)
 {
     const auto ref = decode_alsa_ref(obj);
     if (!ref || !buffer || size == 0)

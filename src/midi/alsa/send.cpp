@@ -37,8 +37,8 @@ struct OwnPort {
     int port = -1;
 };
 
-MidiStatus find_own_port(const AlsaMidiHost::State& state, MidiObjectRef port, MidiObjectRef source,
-                         OwnPort* own, AlsaRef* source_ref)
+MidiStatus find_own_port(const AlsaMidiHost::State& state, MidiObjectRef port, MidiObjectRef source, OwnPort* own,
+                         AlsaRef* source_ref)
 {
     const auto port_ref = decode_alsa_ref(port);
     const auto src = decode_alsa_ref(source);
@@ -53,8 +53,7 @@ MidiStatus find_own_port(const AlsaMidiHost::State& state, MidiObjectRef port, M
         *own = OwnPort{c, c->input->client_id(), c->input->port_id()};
         return 0;
     }
-    return port_ref->kind == AlsaRefKind::output_port || port_ref->kind == AlsaRefKind::input_port ? -ENOENT
-                                                                                                  : -EINVAL;
+    return port_ref->kind == AlsaRefKind::output_port || port_ref->kind == AlsaRefKind::input_port ? -ENOENT : -EINVAL;
 }
 
 }  // namespace
@@ -149,9 +148,8 @@ MidiStatus AlsaMidiHost::send(MidiObjectRef port, MidiObjectRef destination, con
     const AlsaAddress at{dest_ref->client, dest_ref->port};
     const bool listed = state_->kept_has(*dest_ref);
     auto& connected = c->connected;
-    const auto known = std::find_if(connected.begin(), connected.end(), [&](const AlsaAddress& a) {
-        return a.client == at.client && a.port == at.port;
-    });
+    const auto known = std::find_if(connected.begin(), connected.end(),
+                                    [&](const AlsaAddress& a) { return a.client == at.client && a.port == at.port; });
     if (listed && known != connected.end()) {
         const MidiStatus status = send_events(*c, at, bytes, length);
         if (status == 0 || status == -EINVAL)

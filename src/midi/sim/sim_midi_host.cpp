@@ -241,8 +241,8 @@ MidiStatus SimMidiHost::output_port_create(MidiObjectRef client, const char* nam
     return 0;
 }
 
-MidiStatus SimMidiHost::input_port_create(MidiObjectRef client, const char* name, MidiReadProc proc,
-                                          void* proc_ref, MidiObjectRef* out_port)
+MidiStatus SimMidiHost::input_port_create(MidiObjectRef client, const char* name, MidiReadProc proc, void* proc_ref,
+                                          MidiObjectRef* out_port)
 {
     {
         std::lock_guard lock(mutex_);
@@ -332,15 +332,9 @@ MidiStatus SimMidiHost::get_string_property(MidiObjectRef obj, MidiStringPropert
         address = "sim:" + std::to_string(obj);
         text = &address;
         break;
-    case MidiStringProperty::name:
-        text = o->name_absent ? nullptr : &o->name;
-        break;
-    case MidiStringProperty::manufacturer:
-        text = o->kind == Kind::device ? &o->manufacturer : nullptr;
-        break;
-    case MidiStringProperty::model:
-        text = o->kind == Kind::device ? &o->model : nullptr;
-        break;
+    case MidiStringProperty::name: text = o->name_absent ? nullptr : &o->name; break;
+    case MidiStringProperty::manufacturer: text = o->kind == Kind::device ? &o->manufacturer : nullptr; break;
+    case MidiStringProperty::model: text = o->kind == Kind::device ? &o->model : nullptr; break;
     }
     if (!text)
         return not_found;

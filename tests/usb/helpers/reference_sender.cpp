@@ -88,8 +88,7 @@ int main(int argc, char** argv)
     const int knob = std::atoi(argv[2]);
     const int channel = std::atoi(argv[3]) - 1;
     const int controller = std::atoi(argv[4]);
-    if (knob < 0 || knob > 127 || channel < 0 || channel > 15 || controller < 0 ||
-        controller > 127) {
+    if (knob < 0 || knob > 127 || channel < 0 || channel > 15 || controller < 0 || controller > 127) {
         std::fprintf(stderr, "reference_sender: argument out of range\n");
         return 2;
     }

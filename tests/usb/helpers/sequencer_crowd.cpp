@@ -58,8 +58,8 @@ std::string failure(const char* what, int err)
     return std::string("error ") + what + ": " + snd_strerror(err);
 }
 
-constexpr unsigned int duplex_caps =
-    SND_SEQ_PORT_CAP_READ | SND_SEQ_PORT_CAP_SUBS_READ | SND_SEQ_PORT_CAP_WRITE | SND_SEQ_PORT_CAP_SUBS_WRITE;
+constexpr unsigned int duplex_caps = SND_SEQ_PORT_CAP_READ | SND_SEQ_PORT_CAP_SUBS_READ | SND_SEQ_PORT_CAP_WRITE |
+                                     SND_SEQ_PORT_CAP_SUBS_WRITE;
 
 // Opens one client with one port; `mode` says whether it reads events.
 std::string open_client(const std::string& name, const std::string& port, int mode, Client** out)
@@ -185,8 +185,8 @@ int main(int argc, char** argv)
                 continue;
             const int count = snd_seq_poll_descriptors_count(c->seq, POLLIN);
             std::vector<pollfd> mine(static_cast<size_t>(count > 0 ? count : 0));
-            if (count <= 0 || snd_seq_poll_descriptors(c->seq, mine.data(), static_cast<unsigned>(count),
-                                                       POLLIN) != count) {
+            if (count <= 0 ||
+                snd_seq_poll_descriptors(c->seq, mine.data(), static_cast<unsigned>(count), POLLIN) != count) {
                 answer("error snd_seq_poll_descriptors");
                 return 1;
             }

@@ -159,12 +159,11 @@ int apply_scenario(const TestBed& bed, const Programs& programs)
                                           "knob 26 = Control Change, channel 16, controller 5"};
     emulator.wait_for_line(frames.back(), 5s);
     report.check(emulator.programmed() == frames, "the controller decoded exactly the five knobs, in order");
-    const std::vector<std::vector<uint8_t>> wire{
-        {0xF8}, {0x90, 60, 0},   {0x80, 60, 0},   {0x90, 60, 0},   {0xF8},
-        {0xF8}, {0x91, 74, 3},   {0x81, 74, 3},   {0xB1, 74, 3},   {0xF8},
-        {0xF8}, {0x9F, 127, 12}, {0x8F, 127, 12}, {0xEF, 127, 12}, {0xF8},
-        {0xF8}, {0x99, 0, 20},   {0x89, 0, 20},   {0x89, 0, 20},   {0xF8},
-        {0xF8}, {0x9F, 5, 26},   {0x8F, 5, 26},   {0xBF, 5, 26},   {0xF8}};
+    const std::vector<std::vector<uint8_t>> wire{{0xF8}, {0x90, 60, 0},   {0x80, 60, 0},   {0x90, 60, 0},   {0xF8},
+                                                 {0xF8}, {0x91, 74, 3},   {0x81, 74, 3},   {0xB1, 74, 3},   {0xF8},
+                                                 {0xF8}, {0x9F, 127, 12}, {0x8F, 127, 12}, {0xEF, 127, 12}, {0xF8},
+                                                 {0xF8}, {0x99, 0, 20},   {0x89, 0, 20},   {0x89, 0, 20},   {0xF8},
+                                                 {0xF8}, {0x9F, 5, 26},   {0x8F, 5, 26},   {0xBF, 5, 26},   {0xF8}};
     const std::vector<ReceivedMessage> received = emulator.received();
     std::vector<std::vector<uint8_t>> bytes;
     for (const ReceivedMessage& message : received)
@@ -209,8 +208,8 @@ int virtual_controller_scenario(const Programs& programs)
 
     const std::string programmed = controllers.wait_for_line("4AC2CC27 knob 5 = ", 5s);
     const std::string frame = "4AC2CC27 knob 5 = Control Change, channel 2, controller 74; 间隔(gaps) ";
-    report.check(programmed.rfind(frame, 0) == 0, "the virtual controller prints \"" + frame + "...\" (got \"" +
-                                                      programmed + "\")");
+    report.check(programmed.rfind(frame, 0) == 0,
+                 "the virtual controller prints \"" + frame + "...\" (got \"" + programmed + "\")");
     // The four gaps between the frame's messages, each at least 8 ms.
     std::vector<ReceivedMessage> times;
     if (programmed.rfind(frame, 0) == 0) {
@@ -237,7 +236,8 @@ int virtual_controller_scenario(const Programs& programs)
     controllers.write_line("table");
     report.check(controllers.wait_for_line("4AC1CC27: ", 3s) == "4AC1CC27: 尚未设置旋钮(no knob programmed yet)",
                  "table: 4AC1CC27 has no knob");
-    report.check(controllers.wait_for_line("4AC2CC27 ", 3s) == "4AC2CC27 knob 5 = Control Change, channel 2, controller 74",
+    report.check(controllers.wait_for_line("4AC2CC27 ", 3s) ==
+                     "4AC2CC27 knob 5 = Control Change, channel 2, controller 74",
                  "table: 4AC2CC27 knob 5 = Control Change, channel 2, controller 74");
 
     // The link connects 4AC2CC27's source to its input port, as the window

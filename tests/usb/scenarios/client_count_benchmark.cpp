@@ -64,8 +64,8 @@ bool wait_for_count(const EmulatedController& emulator, size_t count)
 
 // Checks the programming that arrives from message `first` on and adds the
 // gaps between its messages.
-void check_arrivals(ScenarioReport& report, const EmulatedController& emulator, size_t first,
-                    const std::string& who, std::vector<double>* gaps)
+void check_arrivals(ScenarioReport& report, const EmulatedController& emulator, size_t first, const std::string& who,
+                    std::vector<double>* gaps)
 {
     const bool complete = wait_for_count(emulator, first + sequence.size());
     std::vector<ReceivedMessage> received = emulator.received();
@@ -130,8 +130,7 @@ std::string work_row(ScenarioReport& report, const EmulatedController& emulator,
     {
         ConsoleCapture capture;
         for (int p = 0; p < work_programmings; ++p)
-            report.check(usb_midi_main(5, static_cast<int8_t>(0xB1), 74, 74) == 0,
-                         "the timed programming returns 0");
+            report.check(usb_midi_main(5, static_cast<int8_t>(0xB1), 74, 74) == 0, "the timed programming returns 0");
     }
     set_midi_host(&alsa);
     wait_for_count(emulator, first + sequence.size() * work_programmings);
@@ -198,8 +197,9 @@ int client_count_benchmark(const TestBed& bed)
         const auto walk_start = std::chrono::steady_clock::now();
         midi_host().number_of_devices();
         const double walk_ms =
-            extra == 0 ? -1
-                       : std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - walk_start).count();
+            extra == 0
+                ? -1
+                : std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - walk_start).count();
         Gaps link, reference;
         for (int p = 0; p < programmings; ++p) {
             // Each programming has arrived before the next one starts.
@@ -217,18 +217,20 @@ int client_count_benchmark(const TestBed& bed)
     report.check(sender.finish(5s), "reference_sender ends: " + sender.error());
     midi_exit();
 
-    report.table("benchmark: median gap between consecutive programming messages, ms; " +
-                 std::to_string(programmings) + " programmings (" + std::to_string(programmings * 4) +
+    report.table("benchmark: median gap between consecutive programming messages, ms; " + std::to_string(programmings) +
+                 " programmings (" + std::to_string(programmings * 4) +
                  " gaps) per sender and row, the two senders taking turns");
-    report.table("| extra clients | link, at controller | reference, at controller | ratio (link - 8) / (reference - 8) "
-                 "| link, sent | reference, sent | ratio, sent |");
+    report.table(
+        "| extra clients | link, at controller | reference, at controller | ratio (link - 8) / (reference - 8) "
+        "| link, sent | reference, sent | ratio, sent |");
     report.table("|---|---|---|---|---|---|---|");
     for (const std::string& r : rows)
         report.table(r);
     report.table("the link's work per message, from the scan after the pause to the end of the send, medians of " +
                  std::to_string(work_programmings * 5) + " messages, timed in programmings of their own");
-    report.table("| extra clients | work per message, ms | in the host's look-ups, ms | in the send, ms | host calls "
-                 "per message | the walk after a change, ms |");
+    report.table(
+        "| extra clients | work per message, ms | in the host's look-ups, ms | in the send, ms | host calls "
+        "per message | the walk after a change, ms |");
     report.table("|---|---|---|---|---|---|");
     for (const std::string& r : work_rows)
         report.table(r);

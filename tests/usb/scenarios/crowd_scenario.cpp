@@ -54,7 +54,10 @@ int crowd_scenario(const TestBed& bed)
             report.detail("output of the scan", printed);
     }
     program_knob(report, emulator,
-                 {5, 0xB1, 74, {{0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}},
+                 {5,
+                  0xB1,
+                  74,
+                  {{0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}},
                   "knob 5 = Control Change, channel 2, controller 74"});
     midi_exit();
     return report.finish();

@@ -2,10 +2,10 @@
 // prints the bytes.
 #include <chrono>
 
+#include "console_capture.h"
 #include "link_scenarios.h"
 #include "midi/midi_link.h"
 #include "scenario_steps.h"
-#include "console_capture.h"
 
 using namespace std::chrono_literals;
 

@@ -1,9 +1,9 @@
 // No controller plugged: all sixteen probes answer 0, each printing
 // "midi init failed \r\n".
+#include "console_capture.h"
 #include "link_scenarios.h"
 #include "midi/midi_link.h"
 #include "scenario_steps.h"
-#include "console_capture.h"
 
 int no_controller_scenario(const TestBed&)
 {

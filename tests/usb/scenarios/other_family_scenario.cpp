@@ -3,10 +3,10 @@
 // channel 16, controller 127).
 #include <cstring>
 
+#include "console_capture.h"
 #include "link_scenarios.h"
 #include "midi/midi_link.h"
 #include "scenario_steps.h"
-#include "console_capture.h"
 
 int other_family_scenario(const TestBed& bed)
 {
@@ -30,7 +30,10 @@ int other_family_scenario(const TestBed& bed)
     if (!ok)
         report.detail("output of set_device_name(0x16C3C008)", printed);
     program_knob(report, emulator,
-                 {12, 0xEF, 127, {{0xF8}, {0x9F, 0x7F, 0x0C}, {0x8F, 0x7F, 0x0C}, {0xEF, 0x7F, 0x0C}, {0xF8}},
+                 {12,
+                  0xEF,
+                  127,
+                  {{0xF8}, {0x9F, 0x7F, 0x0C}, {0x8F, 0x7F, 0x0C}, {0xEF, 0x7F, 0x0C}, {0xF8}},
                   "knob 12 = Bend Change, channel 16, controller 127"});
     midi_exit();
     return report.finish();

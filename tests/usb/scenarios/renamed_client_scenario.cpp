@@ -72,8 +72,8 @@ int renamed_client_scenario(const TestBed& bed)
         SendClock clock;
         const uint8_t result = usb_midi_main(5, static_cast<int8_t>(0xB1), 74, 74);
         const std::string printed = capture.finish();
-        bool ok = report.check(result == 0, "after the rename usb_midi_main returns 0 (got " +
-                                                std::to_string(result) + ")");
+        bool ok = report.check(result == 0,
+                               "after the rename usb_midi_main returns 0 (got " + std::to_string(result) + ")");
         ok &= check_send_lines(report, printed, sequence);
         ok &= report.check(std::string(name, 8) == "4AC5CC27" && std::string(model, 8) == "4AC5CC27",
                            "the scan read the new name as name and model (got " + std::string(name) + ", " +

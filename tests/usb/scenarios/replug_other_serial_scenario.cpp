@@ -67,7 +67,8 @@ int replug_other_serial_scenario(const TestBed& bed)
         check_family_probe(report, probe_family(), {1});
         report.check(set_device_name(0x4AC1CC27) != midi_no_match, "set_device_name(0x4AC1CC27) finds the source");
         // The scans read (and keep) the first controller's card names.
-        program_knob(report, emulator, {5, 0xB1, 74, first_sequence, "knob 5 = Control Change, channel 2, controller 74"});
+        program_knob(report, emulator,
+                     {5, 0xB1, 74, first_sequence, "knob 5 = Control Change, channel 2, controller 74"});
         report.check(property(device_of_client(first_seat.client), MidiStringProperty::model) == "4AC1CC27",
                      "the host reads the model 4AC1CC27");
 
@@ -91,7 +92,10 @@ int replug_other_serial_scenario(const TestBed& bed)
     check_family_probe(report, probe_family(), {2});
     report.check(set_device_name(0x4AC2CC27) != midi_no_match, "set_device_name(0x4AC2CC27) finds the source");
     program_knob(report, emulator,
-                 {7, 0xB2, 20, {{0xF8}, {0x92, 0x14, 0x07}, {0x82, 0x14, 0x07}, {0xB2, 0x14, 0x07}, {0xF8}},
+                 {7,
+                  0xB2,
+                  20,
+                  {{0xF8}, {0x92, 0x14, 0x07}, {0x82, 0x14, 0x07}, {0xB2, 0x14, 0x07}, {0xF8}},
                   "knob 7 = Control Change, channel 3, controller 20"});
     // The scan's last device read is the controller it sent to.
     report.check(std::strcmp(name, "4AC2CC27") == 0, std::string("the scan read the name 4AC2CC27 (got ") + name + ")");

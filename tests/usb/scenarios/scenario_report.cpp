@@ -66,8 +66,7 @@ void ScenarioReport::check_send_gaps(const std::vector<int64_t>& sent_ns)
     const std::string list = gap_list(sent_ns, &gaps);
     for (size_t i = 0; i < gaps.size(); ++i) {
         char what[96];
-        std::snprintf(what, sizeof what, "the sender's gap %zu between sends is %.3f ms, below 8 ms", i + 1,
-                      gaps[i]);
+        std::snprintf(what, sizeof what, "the sender's gap %zu between sends is %.3f ms, below 8 ms", i + 1, gaps[i]);
         check(gaps[i] >= 8.0, what);
     }
     marker("@@dialcraft-usb sent " + id_ + list);

@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <thread>
 
+#include "console_capture.h"
 #include "midi/midi_link.h"
 #include "sequencer_clients.h"
-#include "console_capture.h"
 
 using namespace std::chrono_literals;
 
@@ -69,8 +69,7 @@ std::string hex_messages(const std::vector<std::vector<uint8_t>>& messages)
     return text;
 }
 
-bool plug_controller(ScenarioReport& report, UsbGadget& gadget, EmulatedController& emulator,
-                     const std::string& udc)
+bool plug_controller(ScenarioReport& report, UsbGadget& gadget, EmulatedController& emulator, const std::string& udc)
 {
     const std::string& serial = gadget.serial();
     bool done = gadget.create();
@@ -158,14 +157,13 @@ bool check_programming_received(ScenarioReport& report, const EmulatedController
 void check_sender_pacing(ScenarioReport& report, const SendClock& clock,
                          const std::vector<std::vector<uint8_t>>& messages)
 {
-    if (report.check(clock.accepted().size() == messages.size(),
-                     "the service accepted " + std::to_string(messages.size()) + " sends (got " +
-                         std::to_string(clock.accepted().size()) + ")"))
+    if (report.check(clock.accepted().size() == messages.size(), "the service accepted " +
+                                                                     std::to_string(messages.size()) + " sends (got " +
+                                                                     std::to_string(clock.accepted().size()) + ")"))
         report.check_send_gaps(clock.accepted());
 }
 
-void program_knob(ScenarioReport& report, EmulatedController& emulator,
-                  const KnobRequest& request)
+void program_knob(ScenarioReport& report, EmulatedController& emulator, const KnobRequest& request)
 {
     ConsoleCapture capture;
     SendClock clock;

@@ -15,8 +15,7 @@
 
 // Creates and plugs `gadget` into `udc`, starts `emulator` on its raw MIDI
 // device and waits until the host's sequencer shows "<serial> MIDI 1".
-bool plug_controller(ScenarioReport& report, UsbGadget& gadget, EmulatedController& emulator,
-                     const std::string& udc);
+bool plug_controller(ScenarioReport& report, UsbGadget& gadget, EmulatedController& emulator, const std::string& udc);
 
 struct FamilyProbe {
     std::array<uint8_t, 16> answers{};
@@ -37,7 +36,7 @@ struct KnobRequest {
     uint8_t type_channel;
     int8_t controller;
     std::vector<std::vector<uint8_t>> expected_messages;  // on the wire, in order
-    std::string expected_frame;                            // the emulator's decoded "knob ..." line
+    std::string expected_frame;                           // the emulator's decoded "knob ..." line
 };
 
 // Checks that the link printed one send line per message ("clock mc\r\n"
@@ -58,11 +57,9 @@ void check_sender_pacing(ScenarioReport& report, const SendClock& clock,
 
 // Calls usb_midi_main for `request` and checks its result 0, the printed
 // send lines, the sender's pacing and what the controller received.
-void program_knob(ScenarioReport& report, EmulatedController& emulator,
-                  const KnobRequest& request);
+void program_knob(ScenarioReport& report, EmulatedController& emulator, const KnobRequest& request);
 
 // Waits briefly and checks that `emulator` received nothing at all.
-void check_received_nothing(ScenarioReport& report, const EmulatedController& emulator,
-                            const std::string& who);
+void check_received_nothing(ScenarioReport& report, const EmulatedController& emulator, const std::string& who);
 
 std::string hex_messages(const std::vector<std::vector<uint8_t>>& messages);

@@ -68,8 +68,7 @@ std::string sequencer_port_address(const std::string& client, const std::string&
     return {};
 }
 
-bool wait_for_sequencer_port(const std::string& client, const std::string& port,
-                             std::chrono::milliseconds timeout)
+bool wait_for_sequencer_port(const std::string& client, const std::string& port, std::chrono::milliseconds timeout)
 {
     return poll_until([&] { return sequencer_port_exists(client, port); }, timeout);
 }

@@ -23,8 +23,7 @@ std::string sequencer_port_address(const std::string& client, const std::string&
 
 // Polls until the port exists (or, for wait_for_client_gone, until no client
 // of that name is left); false when `timeout` passes first.
-bool wait_for_sequencer_port(const std::string& client, const std::string& port,
-                             std::chrono::milliseconds timeout);
+bool wait_for_sequencer_port(const std::string& client, const std::string& port, std::chrono::milliseconds timeout);
 bool wait_for_client_gone(const std::string& client, std::chrono::milliseconds timeout);
 
 // The sequencer client number of the client named `client`, or -1.

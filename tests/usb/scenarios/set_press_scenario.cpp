@@ -9,12 +9,12 @@
 #include <string>
 
 #include "actions/set_action.h"
+#include "console_capture.h"
 #include "midi/midi_link.h"
 #include "model/global_state.h"
 #include "model/handover.h"
 #include "model/knob_record.h"
 #include "scenario_steps.h"
-#include "console_capture.h"
 #include "watchdog.h"
 
 namespace {

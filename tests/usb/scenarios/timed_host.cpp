@@ -59,8 +59,8 @@ MidiStatus TimedMidiHost::output_port_create(MidiObjectRef client, const char* n
     return inner_.output_port_create(client, name, out_port);
 }
 
-MidiStatus TimedMidiHost::input_port_create(MidiObjectRef client, const char* name, MidiReadProc proc,
-                                            void* proc_ref, MidiObjectRef* out_port)
+MidiStatus TimedMidiHost::input_port_create(MidiObjectRef client, const char* name, MidiReadProc proc, void* proc_ref,
+                                            MidiObjectRef* out_port)
 {
     return inner_.input_port_create(client, name, proc, proc_ref, out_port);
 }

@@ -20,7 +20,10 @@ int two_controllers_scenario(const TestBed& bed)
     uint32_t index = set_device_name(0x4AC2CC27);
     report.check(index != midi_no_match, "set_device_name(0x4AC2CC27) finds the source");
     program_knob(report, second_emulator,
-                 {7, 0x93, 20, {{0xF8}, {0x93, 0x14, 0x07}, {0x83, 0x14, 0x07}, {0x93, 0x14, 0x07}, {0xF8}},
+                 {7,
+                  0x93,
+                  20,
+                  {{0xF8}, {0x93, 0x14, 0x07}, {0x83, 0x14, 0x07}, {0x93, 0x14, 0x07}, {0xF8}},
                   "knob 7 = Note On, channel 4, controller 20"});
     check_received_nothing(report, first_emulator, "the other controller 4AC1CC27");
     midi_exit();

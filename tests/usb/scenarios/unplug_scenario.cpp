@@ -3,11 +3,11 @@
 // hang. Plugged in again, the next programming goes through.
 #include <chrono>
 
+#include "console_capture.h"
 #include "link_scenarios.h"
 #include "midi/midi_link.h"
 #include "scenario_steps.h"
 #include "sequencer_clients.h"
-#include "console_capture.h"
 
 using namespace std::chrono_literals;
 
@@ -52,12 +52,11 @@ int unplug_scenario(const TestBed& bed)
         ConsoleCapture capture;
         uint8_t result = usb_midi_main(5, static_cast<int8_t>(0xB1), 74, 74);
         std::string printed = capture.finish();
-        bool ok = report.check(result == 5, "usb_midi_main returns 5 after the unplug (got " +
-                                                 std::to_string(result) + ")");
+        bool ok = report.check(result == 5,
+                               "usb_midi_main returns 5 after the unplug (got " + std::to_string(result) + ")");
         ok &= report.check(count_lines(printed, "send_midi_out_data\r\n") == 7,
                            "the scans and all five sends are tried");
-        ok &= report.check(count_lines(printed, "midiOutShortMsg\r\n") == 0,
-                           "no send reaches a destination");
+        ok &= report.check(count_lines(printed, "midiOutShortMsg\r\n") == 0, "no send reaches a destination");
         if (!ok)
             report.detail("link output after the unplug", printed);
     }
@@ -77,7 +76,10 @@ int unplug_scenario(const TestBed& bed)
         report.check(count_lines(printed, "4AC1CC27 MIDI 1 is online\r\n") == 1,
                      "reselection prints \"4AC1CC27 MIDI 1 is online\\r\\n\"");
         program_knob(report, replugged,
-                     {5, 0xB1, 74, {{0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}},
+                     {5,
+                      0xB1,
+                      74,
+                      {{0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}},
                       "knob 5 = Control Change, channel 2, controller 74"});
     }
     midi_exit();

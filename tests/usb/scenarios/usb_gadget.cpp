@@ -20,7 +20,9 @@ std::string hex4(uint16_t value)
 }  // namespace
 
 UsbGadget::UsbGadget(std::string serial, uint16_t vendor, uint16_t product)
-    : serial_(std::move(serial)), vendor_(vendor), product_(product),
+    : serial_(std::move(serial)),
+      vendor_(vendor),
+      product_(product),
       root_(std::string(gadget_base) + "dialcraft-" + serial_)
 {
 }
@@ -68,13 +70,12 @@ bool UsbGadget::create()
 {
     created_ = true;
     const std::string function = "functions/midi.usb0";
-    if (!make_dir("") || !write_attribute("idVendor", hex4(vendor_)) ||
-        !write_attribute("idProduct", hex4(product_)) || !make_dir("strings/0x409") ||
-        !write_attribute("strings/0x409/product", serial_) ||
+    if (!make_dir("") || !write_attribute("idVendor", hex4(vendor_)) || !write_attribute("idProduct", hex4(product_)) ||
+        !make_dir("strings/0x409") || !write_attribute("strings/0x409/product", serial_) ||
         !write_attribute("strings/0x409/manufacturer", "dialcraft test bed") ||
-        !write_attribute("strings/0x409/serialnumber", serial_) || !make_dir("configs/c.1") ||
-        !make_dir(function) || !write_attribute(function + "/id", "G" + serial_) ||
-        !write_attribute(function + "/in_ports", "1") || !write_attribute(function + "/out_ports", "1"))
+        !write_attribute("strings/0x409/serialnumber", serial_) || !make_dir("configs/c.1") || !make_dir(function) ||
+        !write_attribute(function + "/id", "G" + serial_) || !write_attribute(function + "/in_ports", "1") ||
+        !write_attribute(function + "/out_ports", "1"))
         return false;
     std::string link = root_ + "/configs/c.1/midi.usb0";
     if (symlink((root_ + "/" + function).c_str(), link.c_str()) != 0 && errno != EEXIST) {
