@@ -1,4 +1,5 @@
 #include "midi/alsa/announce_watcher.h"
+#include "midi/alsa/wake_poll.h"
 
 #include <alsa/asoundlib.h>
 #include <poll.h>
@@ -208,18 +209,8 @@ MidiStatus AlsaAnnounceWatcher::open(std::unique_ptr<AlsaAnnounceWatcher>* out)
         err < 0)
         return err;
 
-    state->wake_fd = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    if (state->wake_fd < 0)
-        return -errno;
-    const int seq_fd_count = snd_seq_poll_descriptors_count(state->seq, POLLIN);
-    if (seq_fd_count <= 0 || static_cast<size_t>(seq_fd_count) > max_seq_fds)
-        return seq_fd_count < 0 ? seq_fd_count : -EINVAL;
-    state->fds.resize(static_cast<size_t>(seq_fd_count) + 1);
-    state->fds[0] = pollfd{state->wake_fd, POLLIN, 0};
-    const int filled = snd_seq_poll_descriptors(state->seq, state->fds.data() + 1,
-                                                static_cast<unsigned int>(seq_fd_count), POLLIN);
-    if (filled != seq_fd_count)
-        return filled < 0 ? filled : -EINVAL;
+    if (MidiStatus err = open_wake_poll(state->seq, max_seq_fds, &state->wake_fd, &state->fds); err != 0)
+        return err;
 
     try {
         state->thread = std::thread([s = state.get()] { s->run(); });

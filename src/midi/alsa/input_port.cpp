@@ -1,4 +1,5 @@
 #include "midi/alsa/input_port.h"
+#include "midi/alsa/wake_poll.h"
 
 #include <alsa/asoundlib.h>
 #include <poll.h>
@@ -165,18 +166,8 @@ MidiStatus AlsaInputPort::open(const char* client_name, const char* port_name, M
     // Every packet carries its status byte, as the device sent it.
     snd_midi_event_no_status(state->decoder, 1);
 
-    state->wake_fd = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    if (state->wake_fd < 0)
-        return -errno;
-    const int seq_fd_count = snd_seq_poll_descriptors_count(state->seq, POLLIN);
-    if (seq_fd_count <= 0)
-        return seq_fd_count < 0 ? seq_fd_count : -EINVAL;
-    state->fds.resize(static_cast<size_t>(seq_fd_count) + 1);
-    state->fds[0] = pollfd{state->wake_fd, POLLIN, 0};
-    const int filled = snd_seq_poll_descriptors(state->seq, state->fds.data() + 1,
-                                                static_cast<unsigned int>(seq_fd_count), POLLIN);
-    if (filled != seq_fd_count)
-        return filled < 0 ? filled : -EINVAL;
+    if (MidiStatus err = open_wake_poll(state->seq, SIZE_MAX, &state->wake_fd, &state->fds); err != 0)
+        return err;
 
     try {
         state->thread = std::thread([s = state.get()] { s->run(); });
