@@ -64,6 +64,11 @@ struct AlsaAnnounceWatcher::State {
     int wake_fd = -1;
     // wake_fd first, then the sequencer's descriptors.
     std::vector<pollfd> fds;
+    // The sequencer's descriptors as they were before the thread started,
+    // for other threads to poll: poll() writes revents into the thread's
+    // own array while it waits, so no one else may read that one.
+    std::array<pollfd, max_seq_fds> queue_fds{};
+    size_t queue_fd_count = 0;
 
     std::atomic<uint64_t> changes{0};
     std::atomic<bool> reading{false};
@@ -211,6 +216,8 @@ MidiStatus AlsaAnnounceWatcher::open(std::unique_ptr<AlsaAnnounceWatcher>* out)
 
     if (MidiStatus err = open_wake_poll(state->seq, max_seq_fds, &state->wake_fd, &state->fds); err != 0)
         return err;
+    state->queue_fd_count = state->fds.size() - 1;
+    std::copy(state->fds.begin() + 1, state->fds.end(), state->queue_fds.begin());
 
     try {
         state->thread = std::thread([s = state.get()] { s->run(); });
@@ -247,14 +254,11 @@ bool AlsaAnnounceWatcher::unchanged_since(uint64_t count, bool check_queue) cons
         return false;
     if (!check_queue)
         return true;
-    // The sequencer's descriptors only (a copy: the thread's own array is
-    // the thread's), polled without waiting: readable means announcements
+    // The sequencer's descriptors only, from the copy taken before the
+    // thread started, polled without waiting: readable means announcements
     // are queued that the thread has not read yet.
-    std::array<pollfd, max_seq_fds> queue{};
-    const size_t n = state_->fds.size() - 1;
-    std::copy(state_->fds.begin() + 1, state_->fds.end(), queue.begin());
-    for (pollfd& fd : queue)
-        fd.revents = 0;
+    std::array<pollfd, max_seq_fds> queue = state_->queue_fds;
+    const size_t n = state_->queue_fd_count;
     int ready;
     do
         ready = poll(queue.data(), n, 0);
