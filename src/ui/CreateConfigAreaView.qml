@@ -145,6 +145,9 @@ RowLayout {
             // as unknown; the directive silences that check on this line only.
             currentIndex: Vocabulary.machineTypes.indexOf(area.globalState.machine_type_menu_string) // qmllint disable type
             onActivated: index => area.globalState.machine_type_menu_string = Vocabulary.machineTypes[index]
+            indicator: MenuArrow {
+                menu: modelMenu
+            }
 
             FocusRing {
                 shown: modelMenu.visualFocus

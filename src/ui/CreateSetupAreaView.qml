@@ -105,6 +105,9 @@ Control {
             // as unknown; the directive silences that check on this line only.
             currentIndex: Vocabulary.messageTypeMenuItems.indexOf(panel.record.message_type_menu_string) // qmllint disable type
             onActivated: index => panel.record.message_type_menu_string = Vocabulary.messageTypeMenuItems[index]
+            indicator: MenuArrow {
+                menu: typeMenu
+            }
 
             FocusRing {
                 shown: typeMenu.visualFocus

@@ -264,17 +264,32 @@ private:
         }
         return controls;
     }
+    // The arrows of the menus among those controls.
+    QList<QQuickItem*> menuArrows() const
+    {
+        QList<QQuickItem*> arrows;
+        for (QQuickItem* control : otherControls()) {
+            if (control->objectName() == QStringLiteral("typeMenu") ||
+                control->objectName() == QStringLiteral("modelMenu"))
+                arrows.append(harness.item(QStringLiteral("menuArrow"), control));
+        }
+        return arrows;
+    }
     bool othersDisabled() const
     {
         const auto controls = otherControls();
+        const auto arrows = menuArrows();
         return std::none_of(controls.begin(), controls.end(), [](QQuickItem* c) { return c->isEnabled(); }) &&
+               std::all_of(arrows.begin(), arrows.end(), [](QQuickItem* a) { return a->opacity() < 1; }) &&
                setAllButton()->isEnabled() &&
                setAllButton()->property("text").toString() == QStringLiteral("停止(Stop)");
     }
     bool othersEnabled() const
     {
         const auto controls = otherControls();
-        return std::all_of(controls.begin(), controls.end(), [](QQuickItem* c) { return c->isEnabled(); });
+        const auto arrows = menuArrows();
+        return std::all_of(controls.begin(), controls.end(), [](QQuickItem* c) { return c->isEnabled(); }) &&
+               std::all_of(arrows.begin(), arrows.end(), [](QQuickItem* a) { return a->opacity() == 1; });
     }
 
     // The name given with the attached Accessible properties.
