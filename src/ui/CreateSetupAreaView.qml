@@ -18,6 +18,9 @@ Control {
     required property CreateSetupAreaViewData record
     required property GlobalState globalState
     readonly property bool placeholder: record.knob_index === 27
+    // The panel's controls take input: not on the placeholder, and not while
+    // a set-all run goes on.
+    readonly property bool usable: !placeholder && !StatusBoard.of(globalState).busy
     // "5号旋钮": the label's text, also the start of every accessible name.
     readonly property string knobName: record.knob_index + "号旋钮"
 
@@ -53,7 +56,7 @@ Control {
             Button {
                 id: setButton
                 objectName: "setButton"
-                enabled: !panel.placeholder
+                enabled: panel.usable
                 padding: 1
                 leftPadding: 8
                 rightPadding: 8
@@ -96,7 +99,7 @@ Control {
             objectName: "typeMenu"
             Layout.alignment: Qt.AlignHCenter
             Layout.preferredWidth: 130
-            enabled: !panel.placeholder
+            enabled: panel.usable
             Accessible.name: panel.knobName + " 消息类型: " + displayText
             model: Vocabulary.messageTypeMenuItems
             displayText: panel.record.message_type_menu_string
@@ -120,7 +123,7 @@ Control {
                 id: channelField
                 objectName: "channelField"
                 Layout.preferredWidth: 65
-                enabled: !panel.placeholder
+                enabled: panel.usable
                 placeholderText: "MIDI通道"
                 Accessible.name: panel.knobName + " MIDI通道"
                 text: panel.record.message_channel_menu_string
@@ -135,7 +138,7 @@ Control {
                 id: controllerField
                 objectName: "controllerField"
                 Layout.preferredWidth: 65
-                enabled: !panel.placeholder
+                enabled: panel.usable
                 placeholderText: "控制器号"
                 Accessible.name: panel.knobName + " 控制器号"
                 text: panel.record.message_controller_number_code_string

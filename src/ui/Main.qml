@@ -57,7 +57,6 @@ ApplicationWindow {
 
                 ColumnLayout {
                     objectName: "knobRows"
-                    enabled: !StatusBoard.of(mainView.globalState).busy
                     Layout.fillWidth: true
                     Layout.minimumWidth: 0
 
