@@ -1,5 +1,6 @@
 #include "set_all_run.h"
 
+#include <QCoreApplication>
 #include <QQuickWindow>
 #include <QTimer>
 
@@ -44,6 +45,12 @@ void SetAllRun::start(QQuickWindow* window)
     emit progressChanged();
     emit runningChanged();
     scheduleNext();
+    // The window would draw the greyed-out controls only when the platform's
+    // update timer (5 ms on X11 and offscreen) runs out; ask for that frame
+    // at the next turn instead. Between knobs the timer has long run out
+    // during the press, so only the start needs this.
+    if (window_ && window_->isExposed())
+        QCoreApplication::postEvent(window_, new QEvent(QEvent::UpdateRequest));
 }
 
 void SetAllRun::stop()
