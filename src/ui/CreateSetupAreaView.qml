@@ -62,6 +62,10 @@ Control {
                 rightPadding: 8
                 focusPolicy: Qt.StrongFocus
                 hoverEnabled: true
+                // The face is drawn here, so the style cannot grey it: it
+                // fades while a set-all run has it off. The placeholder is
+                // dimmed with its whole panel already.
+                opacity: enabled || panel.placeholder ? 1 : 0.45
                 Accessible.name: panel.knobName + " 设置"
                 Accessible.onPressAction: setAction.press()
                 Keys.onReturnPressed: setAction.press()

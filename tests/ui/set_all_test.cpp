@@ -264,32 +264,35 @@ private:
         }
         return controls;
     }
-    // The arrows of the menus among those controls.
-    QList<QQuickItem*> menuArrows() const
+    // What the window draws itself rather than the style, and fades while it
+    // is off: the menus' arrows and the knobs' set buttons.
+    QList<QQuickItem*> fadingParts() const
     {
-        QList<QQuickItem*> arrows;
+        QList<QQuickItem*> parts;
         for (QQuickItem* control : otherControls()) {
             if (control->objectName() == QStringLiteral("typeMenu") ||
                 control->objectName() == QStringLiteral("modelMenu"))
-                arrows.append(harness.item(QStringLiteral("menuArrow"), control));
+                parts.append(harness.item(QStringLiteral("menuArrow"), control));
+            else if (control->objectName() == QStringLiteral("setButton"))
+                parts.append(control);
         }
-        return arrows;
+        return parts;
     }
     bool othersDisabled() const
     {
         const auto controls = otherControls();
-        const auto arrows = menuArrows();
+        const auto parts = fadingParts();
         return std::none_of(controls.begin(), controls.end(), [](QQuickItem* c) { return c->isEnabled(); }) &&
-               std::all_of(arrows.begin(), arrows.end(), [](QQuickItem* a) { return a->opacity() < 1; }) &&
+               std::all_of(parts.begin(), parts.end(), [](QQuickItem* part) { return part->opacity() < 1; }) &&
                setAllButton()->isEnabled() &&
                setAllButton()->property("text").toString() == QStringLiteral("停止(Stop)");
     }
     bool othersEnabled() const
     {
         const auto controls = otherControls();
-        const auto arrows = menuArrows();
+        const auto parts = fadingParts();
         return std::all_of(controls.begin(), controls.end(), [](QQuickItem* c) { return c->isEnabled(); }) &&
-               std::all_of(arrows.begin(), arrows.end(), [](QQuickItem* a) { return a->opacity() == 1; });
+               std::all_of(parts.begin(), parts.end(), [](QQuickItem* part) { return part->opacity() == 1; });
     }
 
     // The name given with the attached Accessible properties.
