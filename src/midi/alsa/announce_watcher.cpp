@@ -3,7 +3,6 @@
 
 #include <alsa/asoundlib.h>
 #include <poll.h>
-#include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -13,7 +12,6 @@
 #include <cstdio>
 #include <cstring>
 #include <mutex>
-#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -93,25 +91,13 @@ struct AlsaAnnounceWatcher::State {
 
 void AlsaAnnounceWatcher::State::shut_down()
 {
-    if (thread.joinable()) {
-        // Adding 1 to an eventfd counter fails only on overflow, which cannot
-        // happen here, so the thread always wakes and the join returns.
-        const uint64_t one = 1;
-        ssize_t written;
-        do
-            written = ::write(wake_fd, &one, sizeof one);
-        while (written < 0 && errno == EINTR);
-        thread.join();
-    }
+    stop_poll_thread(&thread, wake_fd);
     if (seq) {
         if (int err = snd_seq_close(seq); err < 0)
             report_on_stderr("snd_seq_close", err);
         seq = nullptr;
     }
-    if (wake_fd >= 0) {
-        ::close(wake_fd);
-        wake_fd = -1;
-    }
+    close_wake_fd(&wake_fd);
 }
 
 void AlsaAnnounceWatcher::State::tell()
@@ -219,11 +205,8 @@ MidiStatus AlsaAnnounceWatcher::open(std::unique_ptr<AlsaAnnounceWatcher>* out)
     state->queue_fd_count = state->fds.size() - 1;
     std::copy(state->fds.begin() + 1, state->fds.end(), state->queue_fds.begin());
 
-    try {
-        state->thread = std::thread([s = state.get()] { s->run(); });
-    } catch (const std::system_error& e) {
-        return -e.code().value();
-    }
+    if (MidiStatus err = start_poll_thread(&state->thread, [s = state.get()] { s->run(); }); err != 0)
+        return err;
     out->reset(new AlsaAnnounceWatcher(std::move(state)));
     return 0;
 }

@@ -3,14 +3,12 @@
 
 #include <alsa/asoundlib.h>
 #include <poll.h>
-#include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
 #include <map>
 #include <mutex>
-#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -49,16 +47,7 @@ int address_key(int client, int port)
 
 MidiStatus AlsaInputPort::State::shut_down()
 {
-    if (thread.joinable()) {
-        // Adding 1 to an eventfd counter fails only on overflow, which cannot
-        // happen here, so the thread always wakes and the join returns.
-        const uint64_t one = 1;
-        ssize_t written;
-        do
-            written = write(wake_fd, &one, sizeof one);
-        while (written < 0 && errno == EINTR);
-        thread.join();
-    }
+    stop_poll_thread(&thread, wake_fd);
     MidiStatus status = 0;
     if (decoder) {
         snd_midi_event_free(decoder);
@@ -70,10 +59,7 @@ MidiStatus AlsaInputPort::State::shut_down()
     } else {
         status = -EBADF;
     }
-    if (wake_fd >= 0) {
-        ::close(wake_fd);
-        wake_fd = -1;
-    }
+    close_wake_fd(&wake_fd);
     return status;
 }
 
@@ -169,11 +155,8 @@ MidiStatus AlsaInputPort::open(const char* client_name, const char* port_name, M
     if (MidiStatus err = open_wake_poll(state->seq, SIZE_MAX, &state->wake_fd, &state->fds); err != 0)
         return err;
 
-    try {
-        state->thread = std::thread([s = state.get()] { s->run(); });
-    } catch (const std::system_error& e) {
-        return -e.code().value();
-    }
+    if (MidiStatus err = start_poll_thread(&state->thread, [s = state.get()] { s->run(); }); err != 0)
+        return err;
     out->reset(new AlsaInputPort(std::move(state)));
     return 0;
 }

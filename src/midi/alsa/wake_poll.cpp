@@ -3,7 +3,10 @@
 #include <alsa/asoundlib.h>
 #include <sys/eventfd.h>
 
+#include <unistd.h>
+
 #include <cerrno>
+#include <cstdint>
 
 MidiStatus open_wake_poll(snd_seq_t* seq, size_t max_seq_fds, int* wake_fd, std::vector<pollfd>* fds)
 {
@@ -19,4 +22,26 @@ MidiStatus open_wake_poll(snd_seq_t* seq, size_t max_seq_fds, int* wake_fd, std:
     if (filled != seq_fd_count)
         return filled < 0 ? filled : -EINVAL;
     return 0;
+}
+
+void stop_poll_thread(std::thread* thread, int wake_fd)
+{
+    if (!thread->joinable())
+        return;
+    // Adding 1 to an eventfd counter fails only on overflow, which cannot
+    // happen here, so the thread always wakes and the join returns.
+    const uint64_t one = 1;
+    ssize_t written;
+    do
+        written = ::write(wake_fd, &one, sizeof one);
+    while (written < 0 && errno == EINTR);
+    thread->join();
+}
+
+void close_wake_fd(int* wake_fd)
+{
+    if (*wake_fd >= 0) {
+        ::close(*wake_fd);
+        *wake_fd = -1;
+    }
 }
