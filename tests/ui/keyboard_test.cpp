@@ -9,6 +9,7 @@
 #include "console_capture.h"
 #include "midi/host_selection.h"
 #include "midi/sim/sim_midi_host.h"
+#include "sim_scene.h"
 #include "window_harness.h"
 
 using Bytes = std::vector<uint8_t>;
@@ -21,9 +22,7 @@ private slots:
     {
         QSettings().clear();
         sim = std::make_unique<SimMidiHost>();
-        sim->add_device("4AC1CC27", "Maker", "4AC1CC27");
-        sim->add_source("4AC1CC27 MIDI 1");
-        sim->add_destination("4AC1CC27 MIDI 1");
+        plug_controller(*sim, "4AC1CC27");
         set_midi_host(sim.get());
         QVERIFY(harness.open());
     }

@@ -17,15 +17,6 @@
 #include "midi/sim/sim_midi_host.h"
 #include "window_harness.h"
 
-static bool save(const QImage& image, const char* path)
-{
-    if (!image.save(QString::fromLocal8Bit(path))) {
-        std::fprintf(stderr, "cannot write %s\n", path);
-        return false;
-    }
-    return true;
-}
-
 int main(int argc, char** argv)
 {
     if (argc < 3) {
@@ -54,7 +45,7 @@ int main(int argc, char** argv)
     QTest::mouseMove(harness.window(), {1, harness.window()->height() - 2});
     QTest::keyClick(harness.window(), Qt::Key_Tab);
     QTest::qWait(100);
-    if (!save(harness.grab(), argv[1]))
+    if (!save_picture(harness.grab(), argv[1]))
         return 1;
 
     harness.click(harness.item(QStringLiteral("exportButton")));
@@ -66,7 +57,7 @@ int main(int argc, char** argv)
     if (name)
         harness.replaceText(name, QStringLiteral("knobs.txt"));
     QTest::qWait(100);
-    const bool saved = save(harness.grab(), argv[2]);
+    const bool saved = save_picture(harness.grab(), argv[2]);
     harness.destroy();
     set_midi_host(nullptr);
     return saved ? 0 : 1;

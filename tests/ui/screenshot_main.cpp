@@ -11,16 +11,8 @@
 
 #include "midi/host_selection.h"
 #include "midi/sim/sim_midi_host.h"
+#include "sim_scene.h"
 #include "window_harness.h"
-
-static bool save(QImage image, const char* path)
-{
-    if (!image.save(QString::fromLocal8Bit(path))) {
-        std::fprintf(stderr, "cannot write %s\n", path);
-        return false;
-    }
-    return true;
-}
 
 int main(int argc, char** argv)
 {
@@ -34,9 +26,7 @@ int main(int argc, char** argv)
     QSettings().clear();
 
     SimMidiHost sim;
-    sim.add_device("4AC1CC27", "Maker", "4AC1CC27");
-    sim.add_source("4AC1CC27 MIDI 1");
-    sim.add_destination("4AC1CC27 MIDI 1");
+    plug_controller(sim, "4AC1CC27");
     set_midi_host(&sim);
 
     WindowHarness harness;
@@ -47,7 +37,7 @@ int main(int argc, char** argv)
     QWindow* window = harness.window();
     QTest::mouseMove(window, QPoint(window->width() - 2, window->height() - 2));
     QTest::qWait(100);
-    if (!save(harness.grab(), argv[1]))
+    if (!save_picture(harness.grab(), argv[1]))
         return 1;
     if (argc < 3)
         return 0;
@@ -58,7 +48,7 @@ int main(int argc, char** argv)
     harness.replaceText(harness.item(QStringLiteral("controllerField"), panel), QStringLiteral("74"));
     harness.click(harness.item(QStringLiteral("setButton"), panel));
     QTest::qWait(100);
-    const bool saved = save(harness.grab(), argv[2]);
+    const bool saved = save_picture(harness.grab(), argv[2]);
     harness.destroy();
     set_midi_host(nullptr);
     return saved ? 0 : 1;

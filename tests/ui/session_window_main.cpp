@@ -7,6 +7,7 @@
 
 #include "midi/host_selection.h"
 #include "midi/sim/sim_midi_host.h"
+#include "sim_scene.h"
 #include "window_harness.h"
 
 int main(int argc, char** argv)
@@ -17,9 +18,7 @@ int main(int argc, char** argv)
     QSettings().clear();
 
     SimMidiHost sim;
-    sim.add_device("4AC1CC27", "Maker", "4AC1CC27");
-    sim.add_source("4AC1CC27 MIDI 1");
-    sim.add_destination("4AC1CC27 MIDI 1");
+    plug_controller(sim, "4AC1CC27");
     set_midi_host(&sim);
 
     WindowHarness harness;

@@ -224,10 +224,7 @@ private slots:
 private:
     void configure(int record, const char* type, const char* channel, const char* controller)
     {
-        CreateSetupAreaViewData* knob = harness.state()->record(record);
-        knob->set_message_type_menu_string(QString::fromUtf8(type));
-        knob->set_message_channel_menu_string(QString::fromUtf8(channel));
-        knob->set_message_controller_number_code_string(QString::fromUtf8(controller));
+        configure_knob(*harness.state(), record, type, channel, controller);
     }
 
     std::vector<Bytes> sentBytes() const

@@ -15,23 +15,6 @@
 #include "window_harness.h"
 #include "window_status.h"
 
-static bool save(const QImage& image, const char* path)
-{
-    if (!image.save(QString::fromLocal8Bit(path))) {
-        std::fprintf(stderr, "cannot write %s\n", path);
-        return false;
-    }
-    return true;
-}
-
-static void configure(GlobalState& state, int record, const char* type, const char* channel, const char* controller)
-{
-    CreateSetupAreaViewData* knob = state.record(record);
-    knob->set_message_type_menu_string(QString::fromUtf8(type));
-    knob->set_message_channel_menu_string(QString::fromUtf8(channel));
-    knob->set_message_controller_number_code_string(QString::fromUtf8(controller));
-}
-
 int main(int argc, char** argv)
 {
     if (argc < 4) {
@@ -54,17 +37,17 @@ int main(int argc, char** argv)
     harness.replaceText(harness.item(QStringLiteral("controllerField"), panel), QStringLiteral("74"));
     harness.click(harness.item(QStringLiteral("setButton"), panel));
     QTest::qWait(100);
-    if (!save(harness.grab(), argv[1]))
+    if (!save_picture(harness.grab(), argv[1]))
         return 1;
 
     plug_controller(sim, "4AC1CC27");
     GlobalState& state = *harness.state();
-    configure(state, 0, "Note On", "1", "60");
-    configure(state, 1, "Note On", "1", "62");
-    configure(state, 2, "Control Change", "2", "74");
-    configure(state, 6, "Bend Change", "16", "0");
-    configure(state, 9, "Note Off", "0", "64");
-    configure(state, 12, "Control Change", "3", "7");
+    configure_knob(state, 0, "Note On", "1", "60");
+    configure_knob(state, 1, "Note On", "1", "62");
+    configure_knob(state, 2, "Control Change", "2", "74");
+    configure_knob(state, 6, "Bend Change", "16", "0");
+    configure_knob(state, 9, "Note Off", "0", "64");
+    configure_knob(state, 12, "Control Change", "3", "7");
     QTest::qWait(600);  // the status line has seen the controller
     SetAllRun* run = WindowStatus::of(state)->setAll();
     QImage running;
@@ -76,7 +59,7 @@ int main(int argc, char** argv)
     if (!QTest::qWaitFor([run] { return !run->running(); }, 10000))
         return 1;
     QTest::qWait(100);
-    const bool saved = save(running, argv[2]) && save(harness.grab(), argv[3]);
+    const bool saved = save_picture(running, argv[2]) && save_picture(harness.grab(), argv[3]);
     harness.destroy();
     set_midi_host(nullptr);
     return saved ? 0 : 1;

@@ -1,5 +1,7 @@
 #include "window_harness.h"
 
+#include <cstdio>
+
 #include <QQmlProperty>
 #include <QSettings>
 
@@ -234,6 +236,23 @@ bool WindowHarness::cancelFileDialog(QObject* dialog)
         return false;
     click(button);
     return QTest::qWaitFor([dialog] { return !dialog->property("visible").toBool(); });
+}
+
+bool save_picture(const QImage& image, const char* path)
+{
+    if (!image.save(QString::fromLocal8Bit(path))) {
+        std::fprintf(stderr, "cannot write %s\n", path);
+        return false;
+    }
+    return true;
+}
+
+void configure_knob(GlobalState& state, int record, const char* type, const char* channel, const char* controller)
+{
+    CreateSetupAreaViewData* knob = state.record(record);
+    knob->set_message_type_menu_string(QString::fromUtf8(type));
+    knob->set_message_channel_menu_string(QString::fromUtf8(channel));
+    knob->set_message_controller_number_code_string(QString::fromUtf8(controller));
 }
 
 QImage WindowHarness::grab()

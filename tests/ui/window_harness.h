@@ -16,6 +16,13 @@
 #include "midi/sim/sim_midi_host.h"
 #include "model/global_state.h"
 
+// Writes `image` as a PNG to `path`; says on standard error when it cannot.
+bool save_picture(const QImage& image, const char* path);
+
+// Sets record `record`'s type, channel and controller as a panel's menu and
+// fields would.
+void configure_knob(GlobalState& state, int record, const char* type, const char* channel, const char* controller);
+
 class WindowHarness {
 public:
     WindowHarness() = default;
