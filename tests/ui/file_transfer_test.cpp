@@ -1,7 +1,6 @@
 // The toolbar's import and export buttons with their file dialogs. The dialogs
 // are completed through their own controls, as a user completes them.
 #include <QDir>
-#include <QFile>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -33,7 +32,7 @@ private slots:
         // The bar is the window's top bar, above the knob rows.
         QVERIFY(toolBar()->mapToScene({0, toolBar()->height()}).y() <=
                 harness.item(QStringLiteral("knobRow0"))->mapToScene({0, 0}).y());
-        for (QObject* dialog : {openDialog(), saveDialog()})
+        for (QObject* dialog : {harness.openDialog(), harness.saveDialog()})
             QCOMPARE(dialog->property("nameFilters").toStringList(), QStringList{QStringLiteral("Text files (*.txt)")});
     }
 
@@ -47,18 +46,18 @@ private slots:
         harness.click(harness.item(QStringLiteral("exportButton"), toolBar()));
         QCOMPARE(harness.state()->fullText(), QStringLiteral("导出文件:\n导出配置文件"));
         QCOMPARE(textArea(), QStringLiteral("导出文件:\n导出配置文件"));
-        QTRY_VERIFY(saveDialog()->property("visible").toBool());
+        QTRY_VERIFY(harness.saveDialog()->property("visible").toBool());
         // No file name of its own is proposed.
-        QCOMPARE(saveDialog()->property("selectedFile").toUrl().fileName(), QString());
+        QCOMPARE(harness.saveDialog()->property("selectedFile").toUrl().fileName(), QString());
 
         const QString path = dir.filePath(QStringLiteral("knobs.txt"));
         ConsoleCapture capture;
-        const bool saved = harness.acceptFileDialog(saveDialog(), dir.path(), QStringLiteral("knobs.txt"));
+        const bool saved = harness.acceptFileDialog(harness.saveDialog(), dir.path(), QStringLiteral("knobs.txt"));
         const QStringList lines = capture.finishLines();
 
         QVERIFY(saved);
         QCOMPARE(lines, QStringList{QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded)});
-        QVERIFY(!saveDialog()->property("visible").toBool());
+        QVERIFY(!harness.saveDialog()->property("visible").toBool());
         QCOMPARE(harness.state()->fullText(), QStringLiteral("导出文件:\n导出配置文件"));
 
         // Knobs 0 to 26 as the panels show them, a never-chosen type written as
@@ -72,25 +71,25 @@ private slots:
         }
         for (int slot = 81; slot < 90; ++slot)
             expectedLines << QString(20, QLatin1Char(' '));
-        QCOMPARE(readFile(path), expectedLines.join(QLatin1Char('\n')).toUtf8());
+        QCOMPARE(read_test_file(path), expectedLines.join(QLatin1Char('\n')).toUtf8());
     }
 
     void importRefreshesPanelsOnlyFromTheTableAsItWas()
     {
         const QString first = dir.filePath(QStringLiteral("first.txt"));
-        writeFile(first, "Note On\n1\n60\nBend Change\n16\n0\n");
+        write_test_file(first, "Note On\n1\n60\nBend Change\n16\n0\n");
         const QString second = dir.filePath(QStringLiteral("second.txt"));
-        writeFile(second, "");
+        write_test_file(second, "");
         CreateSetupAreaViewData* knob0 = harness.state()->record(0);
         QQuickItem* panel0 = harness.panelShowingRecord(0);
 
         harness.click(harness.item(QStringLiteral("importButton"), toolBar()));
         QCOMPARE(harness.state()->fullText(), QStringLiteral("导入文件:\n导入配置文件"));
         QCOMPARE(textArea(), QStringLiteral("导入文件:\n导入配置文件"));
-        QTRY_VERIFY(openDialog()->property("visible").toBool());
+        QTRY_VERIFY(harness.openDialog()->property("visible").toBool());
 
         ConsoleCapture capture;
-        const bool opened = harness.acceptFileDialog(openDialog(), dir.path(), QStringLiteral("first.txt"));
+        const bool opened = harness.acceptFileDialog(harness.openDialog(), dir.path(), QStringLiteral("first.txt"));
         QTest::qWait(50);  // the file's slots are applied on the event loop
         const QStringList lines = capture.finishLines();
 
@@ -111,9 +110,9 @@ private slots:
 
         // The next import of any file refreshes the panels from the first one.
         harness.click(harness.item(QStringLiteral("importButton"), toolBar()));
-        QTRY_VERIFY(openDialog()->property("visible").toBool());
+        QTRY_VERIFY(harness.openDialog()->property("visible").toBool());
         ConsoleCapture quiet;
-        const bool reopened = harness.acceptFileDialog(openDialog(), dir.path(), QStringLiteral("second.txt"));
+        const bool reopened = harness.acceptFileDialog(harness.openDialog(), dir.path(), QStringLiteral("second.txt"));
         QTest::qWait(50);
         quiet.finish();
         QVERIFY(reopened);
@@ -134,15 +133,15 @@ private slots:
     void cancellingKeepsTheButtonsText()
     {
         harness.click(harness.item(QStringLiteral("importButton"), toolBar()));
-        QTRY_VERIFY(openDialog()->property("visible").toBool());
+        QTRY_VERIFY(harness.openDialog()->property("visible").toBool());
         const QStringList table = configuration.settings;
 
         ConsoleCapture capture;
-        const bool cancelled = harness.cancelFileDialog(openDialog());
+        const bool cancelled = harness.cancelFileDialog(harness.openDialog());
         const QByteArray printed = QByteArray::fromStdString(capture.finish());
 
         QVERIFY(cancelled);
-        QVERIFY(!openDialog()->property("visible").toBool());
+        QVERIFY(!harness.openDialog()->property("visible").toBool());
         QCOMPARE(printed, QByteArray());
         QCOMPARE(harness.state()->fullText(), QStringLiteral("导入文件:\n导入配置文件"));
         QCOMPARE(textArea(), QStringLiteral("导入文件:\n导入配置文件"));
@@ -150,30 +149,16 @@ private slots:
 
         // The dialog opens again on the next press.
         harness.click(harness.item(QStringLiteral("exportButton"), toolBar()));
-        QTRY_VERIFY(saveDialog()->property("visible").toBool());
-        QVERIFY(harness.cancelFileDialog(saveDialog()));
+        QTRY_VERIFY(harness.saveDialog()->property("visible").toBool());
+        QVERIFY(harness.cancelFileDialog(harness.saveDialog()));
         QCOMPARE(harness.state()->fullText(), QStringLiteral("导出文件:\n导出配置文件"));
         harness.click(harness.item(QStringLiteral("importButton"), toolBar()));
-        QTRY_VERIFY(openDialog()->property("visible").toBool());
+        QTRY_VERIFY(harness.openDialog()->property("visible").toBool());
     }
 
 private:
     QQuickItem* toolBar() const { return harness.window()->property("header").value<QQuickItem*>(); }
-    QObject* openDialog() const { return harness.window()->findChild<QObject*>(QStringLiteral("openDialog")); }
-    QObject* saveDialog() const { return harness.window()->findChild<QObject*>(QStringLiteral("saveDialog")); }
     QString textArea() const { return harness.item(QStringLiteral("textArea"))->property("text").toString(); }
-
-    static QByteArray readFile(const QString& path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
-    }
-    static void writeFile(const QString& path, const QByteArray& bytes)
-    {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(bytes), bytes.size());
-    }
 
     QTemporaryDir dir;
 };

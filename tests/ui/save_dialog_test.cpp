@@ -44,23 +44,23 @@ private slots:
     {
         QCOMPARE(documents_folder_url(), QUrl::fromLocalFile(documents));
         harness.click(harness.item(QStringLiteral("importButton")));
-        QTRY_VERIFY(openDialog()->property("visible").toBool());
-        QCOMPARE(openDialog()->property("currentFolder").toUrl(), QUrl::fromLocalFile(documents));
-        QVERIFY(harness.cancelFileDialog(openDialog()));
+        QTRY_VERIFY(harness.openDialog()->property("visible").toBool());
+        QCOMPARE(harness.openDialog()->property("currentFolder").toUrl(), QUrl::fromLocalFile(documents));
+        QVERIFY(harness.cancelFileDialog(harness.openDialog()));
 
         harness.click(harness.item(QStringLiteral("exportButton")));
-        QTRY_VERIFY(saveDialog()->property("visible").toBool());
-        QCOMPARE(saveDialog()->property("currentFolder").toUrl(), QUrl::fromLocalFile(documents));
-        QVERIFY(harness.cancelFileDialog(saveDialog()));
+        QTRY_VERIFY(harness.saveDialog()->property("visible").toBool());
+        QCOMPARE(harness.saveDialog()->property("currentFolder").toUrl(), QUrl::fromLocalFile(documents));
+        QVERIFY(harness.cancelFileDialog(harness.saveDialog()));
     }
 
     void saveDialogIsASaveDialogThatTakesATypedName()
     {
         harness.click(harness.item(QStringLiteral("exportButton")));
-        QTRY_VERIFY(saveDialog()->property("visible").toBool());
-        QCOMPARE(saveDialog()->property("fileMode").toInt(), 2);      // FileDialog.SaveFile
-        QVERIFY(!(saveDialog()->property("options").toInt() & 0x4));  // DontConfirmOverwrite not set
-        QCOMPARE(saveDialog()->property("nameFilters").toStringList(),
+        QTRY_VERIFY(harness.saveDialog()->property("visible").toBool());
+        QCOMPARE(harness.saveDialog()->property("fileMode").toInt(), 2);      // FileDialog.SaveFile
+        QVERIFY(!(harness.saveDialog()->property("options").toInt() & 0x4));  // DontConfirmOverwrite not set
+        QCOMPARE(harness.saveDialog()->property("nameFilters").toStringList(),
                  QStringList{QStringLiteral("Text files (*.txt)")});
         QTRY_VERIFY(fallback()->property("active").toBool());  // Qt's own dialog here
 
@@ -82,7 +82,7 @@ private slots:
 
         ConsoleCapture capture;
         harness.click(save);  // one click saves
-        QTRY_VERIFY(!saveDialog()->property("visible").toBool());
+        QTRY_VERIFY(!harness.saveDialog()->property("visible").toBool());
         const QString path = QDir(documents).filePath(QStringLiteral("knobs.txt"));
         QCOMPARE(capture.finishLines(), QStringList{QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded)});
         QVERIFY(QFile::exists(path));
@@ -92,15 +92,15 @@ private slots:
     void replacingAFileIsConfirmedFirst()
     {
         const QString path = QDir(documents).filePath(QStringLiteral("knobs.txt"));
-        writeFile(path, "old");
+        write_test_file(path, "old");
         harness.click(harness.item(QStringLiteral("exportButton")));
-        QTRY_VERIFY(saveDialog()->property("visible").toBool());
+        QTRY_VERIFY(harness.saveDialog()->property("visible").toBool());
         harness.replaceText(harness.item(QStringLiteral("fileNameTextField")), QStringLiteral("knobs.txt"));
 
         ConsoleCapture capture;
         harness.click(acceptButton());
         QTRY_VERIFY(question()->property("visible").toBool());
-        QCOMPARE(readFile(path), QByteArray("old"));
+        QCOMPARE(read_test_file(path), QByteArray("old"));
         QCOMPARE(harness.item(QStringLiteral("overwriteText"))->property("text").toString(),
                  QStringLiteral("文件已存在,要替换它吗?(The file already exists. Replace it?)"));
         QVERIFY(harness.item(QStringLiteral("overwriteFile"))
@@ -111,9 +111,9 @@ private slots:
         // Cancel: back to the save dialog, nothing written.
         QCOMPARE(harness.window()->activeFocusItem(), harness.item(QStringLiteral("keepButton")));
         harness.click(harness.item(QStringLiteral("keepButton")));
-        QTRY_VERIFY(saveDialog()->property("visible").toBool());
+        QTRY_VERIFY(harness.saveDialog()->property("visible").toBool());
         QVERIFY(!question()->property("visible").toBool());
-        QCOMPARE(readFile(path), QByteArray("old"));
+        QCOMPARE(read_test_file(path), QByteArray("old"));
         QCOMPARE(QByteArray::fromStdString(capture.text()), QByteArray());
 
         // Replace: written, and the save's own line printed once.
@@ -122,30 +122,28 @@ private slots:
         harness.click(harness.item(QStringLiteral("replaceButton")));
         QTRY_VERIFY(!question()->property("visible").toBool());
         QCOMPARE(capture.finishLines(), QStringList{QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded)});
-        QVERIFY(readFile(path).startsWith("Control Change\n"));
-        QVERIFY(!saveDialog()->property("visible").toBool());
+        QVERIFY(read_test_file(path).startsWith("Control Change\n"));
+        QVERIFY(!harness.saveDialog()->property("visible").toBool());
         QCOMPARE(harness.state()->fullText(), QStringLiteral("导出文件:\n导出配置文件"));
     }
 
     void escapeOnTheQuestionKeepsTheFile()
     {
         const QString path = QDir(documents).filePath(QStringLiteral("kept.txt"));
-        writeFile(path, "old");
+        write_test_file(path, "old");
         harness.click(harness.item(QStringLiteral("exportButton")));
-        QTRY_VERIFY(saveDialog()->property("visible").toBool());
+        QTRY_VERIFY(harness.saveDialog()->property("visible").toBool());
         harness.replaceText(harness.item(QStringLiteral("fileNameTextField")), QStringLiteral("kept.txt"));
         harness.click(acceptButton());
         QTRY_VERIFY(question()->property("visible").toBool());
         QTest::keyClick(harness.window(), Qt::Key_Escape);
-        QTRY_VERIFY(saveDialog()->property("visible").toBool());
-        QCOMPARE(readFile(path), QByteArray("old"));
-        QVERIFY(harness.cancelFileDialog(saveDialog()));
-        QCOMPARE(readFile(path), QByteArray("old"));
+        QTRY_VERIFY(harness.saveDialog()->property("visible").toBool());
+        QCOMPARE(read_test_file(path), QByteArray("old"));
+        QVERIFY(harness.cancelFileDialog(harness.saveDialog()));
+        QCOMPARE(read_test_file(path), QByteArray("old"));
     }
 
 private:
-    QObject* openDialog() const { return harness.window()->findChild<QObject*>(QStringLiteral("openDialog")); }
-    QObject* saveDialog() const { return harness.window()->findChild<QObject*>(QStringLiteral("saveDialog")); }
     QObject* fallback() const { return harness.window()->findChild<QObject*>(QStringLiteral("saveDialogFallback")); }
     QObject* question() const { return harness.window()->findChild<QObject*>(QStringLiteral("overwriteQuestion")); }
     QQuickItem* acceptButton() const
@@ -156,17 +154,6 @@ private:
                 return item;
         }
         return nullptr;
-    }
-    static QByteArray readFile(const QString& path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
-    }
-    static void writeFile(const QString& path, const QByteArray& bytes)
-    {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(bytes), bytes.size());
     }
 
 public:

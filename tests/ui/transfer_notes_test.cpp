@@ -2,7 +2,6 @@
 // knobs whose empty fields will shift the lines after them on import, where
 // the file was saved, and how many slots an import read from which file. The
 // printed lines, the file's bytes and the text area stay as they were.
-#include <QFile>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -51,7 +50,7 @@ private slots:
 
         const QString path = dir.filePath(QStringLiteral("first-start.txt"));
         ConsoleCapture capture;
-        QVERIFY(harness.acceptFileDialog(saveDialog(), dir.path(), QStringLiteral("first-start.txt")));
+        QVERIFY(harness.acceptFileDialog(harness.saveDialog(), dir.path(), QStringLiteral("first-start.txt")));
         QCOMPARE(capture.finishLines(), QStringList{QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded)});
 
         QCOMPARE(statusMessage(), QStringLiteral("已保存到(Saved to) ") + path + u'\n' + warning);
@@ -62,7 +61,7 @@ private slots:
             expected << QStringLiteral("Control Change") << QString() << QStringLiteral("127");
         for (int slot = 81; slot < 90; ++slot)
             expected << QString(20, u' ');
-        QCOMPARE(readFile(path), expected.join(u'\n').toUtf8());
+        QCOMPARE(read_test_file(path), expected.join(u'\n').toUtf8());
     }
 
     void exportNamesOnlyTheKnobsWithEmptyFields()
@@ -79,7 +78,7 @@ private slots:
         QCOMPARE(statusMessage(),
                  QStringLiteral("注意: 旋钮 3-5, 9 有空字段, 导入时其后各行将错位"
                                 "(Knobs 3-5, 9 have empty fields; on import the lines after them shift)"));
-        QVERIFY(harness.cancelFileDialog(saveDialog()));
+        QVERIFY(harness.cancelFileDialog(harness.saveDialog()));
     }
 
     void exportWithoutEmptyFieldsShowsOnlyWhereTheFileWent()
@@ -89,7 +88,7 @@ private slots:
 
         harness.click(harness.item(QStringLiteral("exportButton")));
         QCOMPARE(statusMessage(), QString());
-        QVERIFY(harness.acceptFileDialog(saveDialog(), dir.path(), QStringLiteral("full.txt")));
+        QVERIFY(harness.acceptFileDialog(harness.saveDialog(), dir.path(), QStringLiteral("full.txt")));
 
         QCOMPARE(statusMessage(), QStringLiteral("已保存到(Saved to) ") + dir.filePath(QStringLiteral("full.txt")));
     }
@@ -97,7 +96,7 @@ private slots:
     void failedSaveSaysWhy()
     {
         harness.click(harness.item(QStringLiteral("exportButton")));
-        QVERIFY(harness.cancelFileDialog(saveDialog()));
+        QVERIFY(harness.cancelFileDialog(harness.saveDialog()));
         ConsoleCapture capture;
         QMetaObject::invokeMethod(transfer(), "exportCompleted",
                                   Q_ARG(QUrl, QUrl::fromLocalFile(dir.filePath(QStringLiteral("no folder/x.txt")))));
@@ -111,12 +110,12 @@ private slots:
     void importSaysHowManySlotsWereReadFromWhichFile()
     {
         const QString path = dir.filePath(QStringLiteral("six.txt"));
-        writeFile(path, "Note On\n1\n60\n\nBend Change\n16\n0\n");
+        write_test_file(path, "Note On\n1\n60\n\nBend Change\n16\n0\n");
         harness.click(harness.item(QStringLiteral("importButton")));
         QCOMPARE(harness.state()->fullText(), QStringLiteral("导入文件:\n导入配置文件"));
 
         ConsoleCapture capture;
-        QVERIFY(harness.acceptFileDialog(openDialog(), dir.path(), QStringLiteral("six.txt")));
+        QVERIFY(harness.acceptFileDialog(harness.openDialog(), dir.path(), QStringLiteral("six.txt")));
         const QString expected = QStringLiteral("已从 ") + path +
                                  QStringLiteral(
                                      " 读取6个槽位, 面板下次刷新时显示"
@@ -151,20 +150,7 @@ private slots:
 
 private:
     QObject* transfer() const { return harness.window()->findChild<ConfigFileTransfer*>(); }
-    QObject* openDialog() const { return harness.window()->findChild<QObject*>(QStringLiteral("openDialog")); }
-    QObject* saveDialog() const { return harness.window()->findChild<QObject*>(QStringLiteral("saveDialog")); }
     QString statusMessage() const { return harness.item(QStringLiteral("statusMessage"))->property("text").toString(); }
-    static QByteArray readFile(const QString& path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
-    }
-    static void writeFile(const QString& path, const QByteArray& bytes)
-    {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(bytes), bytes.size());
-    }
 
     SimMidiHost sim;
     QTemporaryDir dir;

@@ -1,5 +1,7 @@
 #include "window_harness.h"
 
+#include <QFile>
+
 #include <cstdio>
 
 #include <QQmlProperty>
@@ -247,12 +249,35 @@ bool save_picture(const QImage& image, const char* path)
     return true;
 }
 
+QByteArray read_test_file(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
+}
+
+void write_test_file(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
 void configure_knob(GlobalState& state, int record, const char* type, const char* channel, const char* controller)
 {
     CreateSetupAreaViewData* knob = state.record(record);
     knob->set_message_type_menu_string(QString::fromUtf8(type));
     knob->set_message_channel_menu_string(QString::fromUtf8(channel));
     knob->set_message_controller_number_code_string(QString::fromUtf8(controller));
+}
+
+QObject* WindowHarness::openDialog() const
+{
+    return window_->findChild<QObject*>(QStringLiteral("openDialog"));
+}
+
+QObject* WindowHarness::saveDialog() const
+{
+    return window_->findChild<QObject*>(QStringLiteral("saveDialog"));
 }
 
 QImage WindowHarness::grab()

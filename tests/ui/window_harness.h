@@ -19,6 +19,11 @@
 // Writes `image` as a PNG to `path`; says on standard error when it cannot.
 bool save_picture(const QImage& image, const char* path);
 
+// The whole content of the file at `path`, or "<unreadable>".
+QByteArray read_test_file(const QString& path);
+// Replaces the file at `path` with `bytes`; a failure fails the test.
+void write_test_file(const QString& path, const QByteArray& bytes);
+
 // Sets record `record`'s type, channel and controller as a panel's menu and
 // fields would.
 void configure_knob(GlobalState& state, int record, const char* type, const char* channel, const char* controller);
@@ -63,6 +68,9 @@ public:
     bool acceptFileDialog(QObject* dialog, const QString& folder, const QString& fileName);
     // Presses the open file dialog's Cancel button.
     bool cancelFileDialog(QObject* dialog);
+    // The import's open dialog and the export's save dialog.
+    QObject* openDialog() const;
+    QObject* saveDialog() const;
     // Grabs the current frame.
     QImage grab();
 
