@@ -28,8 +28,7 @@ namespace {
 
 constexpr int programmings = 8;
 constexpr int work_programmings = 4;
-const std::vector<std::vector<uint8_t>> sequence = {
-    {0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}};
+const std::vector<std::vector<uint8_t>>& sequence = knob5_cc_messages;
 
 struct Gaps {
     std::vector<double> sent;

@@ -53,12 +53,7 @@ int crowd_scenario(const TestBed& bed)
         if (!ok)
             report.detail("output of the scan", printed);
     }
-    program_knob(report, emulator,
-                 {5,
-                  0xB1,
-                  74,
-                  {{0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}},
-                  "knob 5 = Control Change, channel 2, controller 74"});
+    program_knob(report, emulator, knob5_cc_request);
     midi_exit();
     return report.finish();
 }

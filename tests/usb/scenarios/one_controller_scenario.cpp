@@ -16,12 +16,7 @@ int one_controller_scenario(const TestBed& bed)
     check_family_probe(report, probe_family(), {1});
     uint32_t index = set_device_name(0x4AC1CC27);
     report.check(index != midi_no_match, "set_device_name(0x4AC1CC27) finds the source");
-    program_knob(report, emulator,
-                 {5,
-                  0xB1,
-                  74,
-                  {{0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}},
-                  "knob 5 = Control Change, channel 2, controller 74"});
+    program_knob(report, emulator, knob5_cc_request);
     midi_exit();
     return report.finish();
 }

@@ -65,8 +65,7 @@ int renamed_client_scenario(const TestBed& bed)
         midi_exit();
         return report.finish();
     }
-    const std::vector<std::vector<uint8_t>> sequence = {
-        {0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}};
+    const std::vector<std::vector<uint8_t>>& sequence = knob5_cc_messages;
     {
         ConsoleCapture capture;
         SendClock clock;

@@ -52,8 +52,7 @@ std::string property(MidiObjectRef object, MidiStringProperty prop)
 int replug_other_serial_scenario(const TestBed& bed)
 {
     ScenarioReport report("22", "4AC1CC27 replaced by 4AC2CC27 on the same card and client id: new names seen");
-    const std::vector<std::vector<uint8_t>> first_sequence = {
-        {0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}};
+    const std::vector<std::vector<uint8_t>>& first_sequence = knob5_cc_messages;
     Seat first_seat;
     {
         UsbGadget gadget("4AC1CC27", 0x4AC1, 0xCC27);

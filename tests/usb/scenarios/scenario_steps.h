@@ -39,6 +39,13 @@ struct KnobRequest {
     std::string expected_frame;                           // the emulator's decoded "knob ..." line
 };
 
+// Knob 5 as Control Change, channel 2, controller 74, the request most
+// scenarios make, and the five messages that program it.
+inline const std::vector<std::vector<uint8_t>> knob5_cc_messages = {
+    {0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}};
+inline const KnobRequest knob5_cc_request{5, 0xB1, 74, knob5_cc_messages,
+                                          "knob 5 = Control Change, channel 2, controller 74"};
+
 // Checks that the link printed one send line per message ("clock mc\r\n"
 // for F8, "MSG: 91 4a 5 \r\n" for three bytes), in order, and no others.
 bool check_send_lines(ScenarioReport& report, const std::string& printed,

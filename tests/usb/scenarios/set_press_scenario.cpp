@@ -39,8 +39,7 @@ int set_press_scenario(const TestBed& bed)
     SendClock clock;
     setup_button_action(knob, state);
     std::string printed = capture.finish();
-    const std::vector<std::vector<uint8_t>> sequence = {
-        {0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}};
+    const std::vector<std::vector<uint8_t>>& sequence = knob5_cc_messages;
     check_sender_pacing(report, clock, sequence);
 
     bool ok = true;

@@ -75,12 +75,7 @@ int unplug_scenario(const TestBed& bed)
         report.check(index != midi_no_match, "set_device_name(0x4AC1CC27) finds the source again");
         report.check(count_lines(printed, "4AC1CC27 MIDI 1 is online\r\n") == 1,
                      "reselection prints \"4AC1CC27 MIDI 1 is online\\r\\n\"");
-        program_knob(report, replugged,
-                     {5,
-                      0xB1,
-                      74,
-                      {{0xF8}, {0x91, 0x4A, 0x05}, {0x81, 0x4A, 0x05}, {0xB1, 0x4A, 0x05}, {0xF8}},
-                      "knob 5 = Control Change, channel 2, controller 74"});
+        program_knob(report, replugged, knob5_cc_request);
     }
     midi_exit();
     return report.finish();
