@@ -113,6 +113,11 @@ QString save_in_fresh_file(const QString& file, const QByteArray& bytes, QString
 
 }  // namespace
 
+QString settings_file_path()
+{
+    return user_settings().fileName();
+}
+
 void saveCustomInfo()
 {
     saveCustomInfoChecked();

@@ -15,5 +15,8 @@ void loadCustomInfo();
 // configuration: "), or empty when it succeeded or none has run. The failure
 // is printed on standard output as well; this lets the window tell it too.
 QString last_save_failure();
+// The file of the user's settings store that holds "configurationKey"; other
+// files of the program's own (the ledger) live beside it.
+QString settings_file_path();
 void saveConfiguration(const Configuration& config);
 void loadConfiguration();

@@ -34,7 +34,9 @@ FileVersion version_of(const QString& file)
     return {info.absoluteFilePath(), info.size(), info.lastModified()};
 }
 
-QString aside_name(const QString& file, int attempt)
+}  // namespace
+
+QString unreadable_aside_name(const QString& file, int attempt)
 {
     QString name = file + QStringLiteral(".unreadable-") +
                    QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
@@ -42,8 +44,6 @@ QString aside_name(const QString& file, int attempt)
         name += QLatin1Char('-') + QString::number(attempt);
     return name;
 }
-
-}  // namespace
 
 bool settings_file_unreadable(const QString& file)
 {
@@ -68,7 +68,7 @@ QString replace_unreadable_file(const QString& file, const QString& fresh, QStri
     const QByteArray from = QFile::encodeName(file);
     const QByteArray to = QFile::encodeName(fresh);
     for (int attempt = 1; attempt < 100; ++attempt) {
-        const QString aside = aside_name(file, attempt);
+        const QString aside = unreadable_aside_name(file, attempt);
         const QByteArray aside_bytes = QFile::encodeName(aside);
         // A second name for the unreadable file, then the fresh one replaces
         // the first in one step: readers always find a whole file.

@@ -16,3 +16,8 @@ bool settings_file_unreadable(const QString& file);
 // Returns that name, or an empty string with the reason in `error`; then
 // `file` is as it was.
 QString replace_unreadable_file(const QString& file, const QString& fresh, QString* error);
+
+// The name an unreadable `file` is kept under beside its fresh one:
+// `<file>.unreadable-<yyyyMMdd-HHmmss>`, with "-<attempt>" from the second
+// attempt on, for when that name is taken.
+QString unreadable_aside_name(const QString& file, int attempt);

@@ -1,0 +1,10 @@
+#include "model/controller_ledger.h"
+
+const HeldSetting* ControllerLedger::held(const QString& serial, int knob) const
+{
+    const auto controller = controllers.find(serial);
+    if (controller == controllers.end())
+        return nullptr;
+    const auto setting = controller->second.find(knob);
+    return setting == controller->second.end() ? nullptr : &setting->second;
+}
