@@ -5,6 +5,7 @@
 #include "cli/cli_arguments.h"
 #include "cli/cli_commands.h"
 #include "cli/cli_console.h"
+#include "model/ledger_store.h"
 
 namespace {
 
@@ -23,7 +24,7 @@ bool asks_verbose(const std::vector<std::string>& args)
 std::string command_named(const std::vector<std::string>& args)
 {
     for (size_t i = 0; i < args.size(); ++i) {
-        if (args[i] == "--serial") {
+        if (args[i] == "--serial" || args[i] == "--controller") {
             ++i;
             continue;
         }
@@ -40,6 +41,14 @@ int run_cli(const std::vector<std::string>& args, MidiHost& host, std::ostream& 
             bool err_is_terminal)
 {
     CliConsole console(err, asks_verbose(args));
+    // The ledger's lines (an unreadable file moved aside, a failed write)
+    // join the tool's own error output.
+    const LedgerNoticeSink previous_sink = set_ledger_notice_sink(
+        [&console](std::string_view line) { console.error_text(line); });
+    const struct SinkBack {
+        const LedgerNoticeSink& previous;
+        ~SinkBack() { set_ledger_notice_sink(previous); }
+    } sink_back{previous_sink};
     try {
         const CliRequest request = parse_cli_arguments(args);
         if (request.help) {

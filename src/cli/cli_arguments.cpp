@@ -54,6 +54,18 @@ bool is_option(const std::string& word)
     return word.rfind("--", 0) == 0 || word == "-h";
 }
 
+// The option taking a serial that `word` is ("--serial", "--serial=X",
+// "--controller", "--controller=X"), or nullptr.
+const char* serial_option(const std::string& word)
+{
+    for (const char* option : {"--serial", "--controller"}) {
+        const std::string_view name(option);
+        if (word == name || (word.rfind(name, 0) == 0 && word.size() > name.size() && word[name.size()] == '='))
+            return option;
+    }
+    return nullptr;
+}
+
 }  // namespace
 
 std::string invalid_value(const std::string& argument, const std::string& value, const std::string& accepted)
@@ -64,7 +76,6 @@ std::string invalid_value(const std::string& argument, const std::string& value,
 CliRequest parse_cli_arguments(const std::vector<std::string>& args)
 {
     CliRequest request;
-    bool serial_given = false;
     for (size_t i = 0; i < args.size(); ++i) {
         const std::string& word = args[i];
         if (!is_option(word)) {
@@ -83,21 +94,27 @@ CliRequest parse_cli_arguments(const std::vector<std::string>& args)
             request.json = true;
         } else if (word == "--verbose") {
             request.verbose = true;
-        } else if (word == "--serial" || word.rfind("--serial=", 0) == 0) {
+        } else if (word == "--changed") {
+            request.changed = true;
+        } else if (const char* option = serial_option(word)) {
             std::string value;
-            if (word == "--serial") {
+            if (word == option) {
                 if (i + 1 == args.size())
-                    throw UsageError("--serial 缺少型号(needs a serial); 可用(accepted): 4AC0CC27-4ACFCC27");
+                    throw UsageError(std::string(option) +
+                                     " 缺少型号(needs a serial); 可用(accepted): 4AC0CC27-4ACFCC27");
                 value = args[++i];
             } else {
-                value = word.substr(9);
+                value = word.substr(std::string_view(option).size() + 1);
             }
-            if (serial_given)
-                throw UsageError("--serial 只能给一次(may be given once)");
-            serial_given = true;
-            request.serial = serial_argument(value);
+            std::optional<std::string>& field = std::string_view(option) == "--serial" ? request.serial
+                                                                                       : request.controller;
+            if (field)
+                throw UsageError(std::string(option) + " 只能给一次(may be given once)");
+            field = serial_argument(option, value);
         } else {
-            throw UsageError(invalid_value("选项(option)", word, "--json, --verbose, --serial SERIAL, --help"));
+            throw UsageError(invalid_value("选项(option)", word,
+                                           "--json, --verbose, --serial SERIAL, --controller SERIAL, --changed, "
+                                           "--help"));
         }
     }
     if (request.help)
@@ -113,6 +130,12 @@ CliRequest parse_cli_arguments(const std::vector<std::string>& args)
     if (request.serial && !command.takes_serial)
         throw UsageError("--serial 不适用于(does not apply to) " + name +
                          "; 可用于(accepted by): " + commands_taking(&CliCommand::takes_serial));
+    if (request.controller && !command.takes_controller)
+        throw UsageError("--controller 不适用于(does not apply to) " + name +
+                         "; 可用于(accepted by): " + commands_taking(&CliCommand::takes_controller));
+    if (request.changed && !command.takes_changed)
+        throw UsageError("--changed 不适用于(does not apply to) " + name +
+                         "; 可用于(accepted by): " + commands_taking(&CliCommand::takes_changed));
     const int count = static_cast<int>(request.operands.size());
     if (count < command.min_operands || count > command.max_operands) {
         const std::string usage(command.help.substr(0, command.help.find('\n')));
@@ -159,10 +182,10 @@ QString controller_argument(const std::string& text)
     return QString::fromStdString(text);
 }
 
-std::string serial_argument(const std::string& text)
+std::string serial_argument(const std::string& option, const std::string& text)
 {
     const std::string serial = upper(text);
     if (serial.size() != 8 || !is_family_serial(serial))
-        throw UsageError(invalid_value("--serial", text, "4AC0CC27-4ACFCC27"));
+        throw UsageError(invalid_value(option, text, "4AC0CC27-4ACFCC27"));
     return serial;
 }

@@ -19,7 +19,9 @@ struct CliCommand;
 struct CliRequest {
     const CliCommand* command = nullptr;  // nullptr: no command, only --help
     std::vector<std::string> operands;
-    std::optional<std::string> serial;  // --serial, checked and in upper case
+    std::optional<std::string> serial;      // --serial, checked and in upper case
+    std::optional<std::string> controller;  // --controller: whose ledger to show or export, as --serial
+    bool changed = false;                   // --changed: apply only what differs from the ledger
     bool json = false;
     bool verbose = false;
     bool help = false;
@@ -35,7 +37,8 @@ int knob_argument(const std::string& text);            // 0 to 26
 QString type_argument(const std::string& text);        // one of the four display names
 QString channel_argument(const std::string& text);     // 1 to 16, kept as typed
 QString controller_argument(const std::string& text);  // 0 to 127, kept as typed
-std::string serial_argument(const std::string& text);  // 4AC0CC27 to 4ACFCC27
+// 4AC0CC27 to 4ACFCC27, in upper case; `option` names it in the error.
+std::string serial_argument(const std::string& option, const std::string& text);
 
 // One line for the error stream: `<argument> "<value>" 无效(invalid); 可用(accepted): <accepted>`.
 std::string invalid_value(const std::string& argument, const std::string& value, const std::string& accepted);

@@ -15,15 +15,23 @@ constexpr std::string_view general_help =
     "  list                          列出连接的控制器(the controllers present)\n"
     "  set KNOB TYPE CHANNEL CONTROLLER [--serial SERIAL]\n"
     "                                设置一个旋钮(programs one knob)\n"
-    "  apply FILE [--serial SERIAL]  按导出的文件设置旋钮 0-26(programs knobs 0-26 from an exported file)\n"
-    "  show                          显示存储的旋钮表(shows the stored knob table)\n"
-    "  export FILE                   把存储的旋钮表写入文件(writes the stored table to a file)\n"
+    "  apply FILE [--serial SERIAL] [--changed]\n"
+    "                                按导出的文件设置旋钮 0-26(programs knobs 0-26 from an exported file)\n"
+    "  show [--controller SERIAL]    显示存储的旋钮表(shows the stored knob table), 及控制器所存\n"
+    "                                (and what that controller holds)\n"
+    "  export [--controller SERIAL] FILE\n"
+    "                                把存储的旋钮表写入文件(writes the stored table to a file), 或控制器所存\n"
+    "                                (or what that controller holds)\n"
     "  import FILE                   把文件读入存储的旋钮表(reads a file into the stored table)\n"
     "\n"
     "选项(options):\n"
     "  --json      机器可读的输出(machine-readable output): list, show, set, apply\n"
     "  --verbose   诊断行写到标准错误(the diagnostic lines go to standard error)\n"
     "  --help      帮助(help); dialcraft-cli COMMAND --help 说明一个命令(describes one command)\n"
+    "\n"
+    "控制器无法读回(a controller cannot be read back): set 和 apply 把每个完全被接受的设置记入\n"
+    "控制器记录(set and apply record every fully accepted programming in the ledger), ledger.json\n"
+    "beside the settings file (~/.config/dialcraft/ledger.json).\n"
     "\n"
     "标准输出只有结果(standard output carries only results).\n"
     "退出状态(exit status): 0 成功(success), 1 旋钮设置失败或什么也没发送(a knob failed or nothing was sent),\n"
@@ -61,28 +69,39 @@ constexpr std::string_view set_help =
     "\"type\":\"Control Change\"}\n"
     "\n"
     "退出状态(exit status): 0 成功(ok), 1 失败或什么也没发送(failed or nothing sent), 2 参数错误(bad argument),\n"
-    "3 没有控制器或没有 --serial 的控制器(no controller, or not the one of --serial)\n";
+    "3 没有控制器或没有 --serial 的控制器(no controller, or not the one of --serial)\n"
+    "\n"
+    "MIDI 服务接受全部 5 条消息时, 设置记入控制器记录(when the MIDI service accepted all 5 messages,\n"
+    "the setting is recorded in the ledger for that controller; see show --controller).\n";
 
 constexpr std::string_view apply_help =
-    "用法(usage): dialcraft-cli apply FILE [--serial SERIAL] [--json] [--verbose]\n"
+    "用法(usage): dialcraft-cli apply FILE [--serial SERIAL] [--changed] [--json] [--verbose]\n"
     "\n"
     "按导出的配置文件设置旋钮 0-26(programs knobs 0 to 26 from an exported configuration file), each\n"
-    "through the window's set action. The file is read by the window's import rules: one slot a line,\n"
-    "empty lines dropped (a warning names them: the knobs after them shift). Knobs whose type is not\n"
-    "Note On, Note Off, Control Change or Bend Change are skipped. The stored table is not changed.\n"
+    "through the window's set action. The file is read by position: knob i is lines 3i+1 to 3i+3, an\n"
+    "empty line is an empty slot and nothing shifts. Knobs whose type is not Note On, Note Off, Control\n"
+    "Change or Bend Change, or whose channel line is empty (not configured), are skipped. A warning\n"
+    "tells when the file has fewer than 81 lines or a type line names no type. The stored table is not\n"
+    "changed; every fully accepted programming is recorded in the ledger.\n"
     "  --serial    型号(serial) 4AC0CC27-4ACFCC27, as for set\n"
+    "  --changed   只设置与控制器记录不同的旋钮(programs only the knobs whose setting differs from what\n"
+    "              the ledger says the target controller holds, or that it never wrote)\n"
     "\n"
     "每个旋钮一行, 最后一行总结(one line a knob as for set, then a summary), e.g.\n"
     "  已设置(programmed) 5, 失败(failed) 0, 跳过(skipped) 22\n"
+    "with --changed also the knobs left alone because the controller already holds them:\n"
+    "  已设置(programmed) 1, 失败(failed) 0, 跳过(skipped) 22, 已相同(unchanged) 4\n"
     "进度条写到标准错误, 仅当它是终端时(a progress bar on standard error when it is a terminal,\n"
     "not with --verbose).\n"
     "--json: {\"failed\":0,\"knobs\":[<set's object>, ...],\"programmed\":5,\"skipped\":[1,2,...]}\n"
+    "        (with --changed also \"unchanged\":[...])\n"
     "\n"
-    "退出状态(exit status): 0 全部成功(all programmed), 1 有失败或什么也没发送(a knob failed or nothing sent),\n"
+    "退出状态(exit status): 0 全部成功(all programmed; with --changed also when nothing differed),\n"
+    "1 有失败或什么也没发送(a knob failed or nothing sent),\n"
     "2 参数错误或文件不可读(bad argument or unreadable file), 3 没有控制器(no controller)\n";
 
 constexpr std::string_view show_help =
-    "用法(usage): dialcraft-cli show [--json] [--verbose]\n"
+    "用法(usage): dialcraft-cli show [--controller SERIAL] [--json] [--verbose]\n"
     "\n"
     "显示存储的旋钮表(shows the stored knob table), knobs 0-26 as the window shows them after start-up:\n"
     "  旋钮(knob)  类型(type)      通道(channel)  控制器号(controller)\n"
@@ -90,15 +109,27 @@ constexpr std::string_view show_help =
     "(- marks an empty field)\n"
     "--json: [{\"channel\":\"2\",\"controller\":\"74\",\"knob\":5,\"type\":\"Control Change\"}, ...]\n"
     "\n"
+    "--controller SERIAL: 并列控制器记录里该控制器所存(beside it, what the ledger says that controller\n"
+    "holds, when it was written (UTC) and whether the table is the same):\n"
+    "  ... 4AC1CC27               写入时间(written)     比较(compare)\n"
+    "  ... Control Change, 2, 74  2026-11-23T18:30:00Z  相同(same)\n"
+    "比较(compare): 相同(same), 不同(differs), 未写入(never written).\n"
+    "--json: each knob also has \"compare\":\"same\"|\"differs\"|\"never written\" and \"held\":\n"
+    "  {\"channel\":2,\"controller\":74,\"type\":\"Control Change\",\"written\":\"2026-11-23T18:30:00Z\"} or null\n"
+    "\n"
     "退出状态(exit status): 0\n";
 
 constexpr std::string_view export_help =
-    "用法(usage): dialcraft-cli export FILE [--verbose]\n"
+    "用法(usage): dialcraft-cli export [--controller SERIAL] FILE [--verbose]\n"
     "\n"
     "把存储的旋钮表写入文件, 字节与窗口的导出相同(writes the stored knob table to FILE, byte for byte what\n"
     "the window's 导出配置(Export Config) writes: one slot a line). FILE is replaced.\n"
+    "--controller SERIAL: 写入控制器记录里该控制器所存(writes instead what the ledger says that\n"
+    "controller holds, in the same format; knobs it never wrote are blank slots), so the controller can\n"
+    "be set up again with apply after a factory reset.\n"
     "\n"
-    "退出状态(exit status): 0 已写入(written), 1 写入失败(could not be written), 2 参数错误(bad argument)\n";
+    "退出状态(exit status): 0 已写入(written), 1 写入失败或记录里没有该控制器(could not be written, or\n"
+    "the ledger holds nothing for that controller), 2 参数错误(bad argument)\n";
 
 constexpr std::string_view import_help =
     "用法(usage): dialcraft-cli import FILE [--verbose]\n"
@@ -112,12 +143,12 @@ constexpr std::string_view import_help =
     "2 参数错误或文件不可读(bad argument or unreadable file)\n";
 
 constexpr std::array commands{
-    CliCommand{"list", 0, 0, false, true, list_help, run_list},
-    CliCommand{"set", 4, 4, true, true, set_help, run_set},
-    CliCommand{"apply", 1, 1, true, true, apply_help, run_apply},
-    CliCommand{"show", 0, 0, false, true, show_help, run_show},
-    CliCommand{"export", 1, 1, false, false, export_help, run_export},
-    CliCommand{"import", 1, 1, false, false, import_help, run_import},
+    CliCommand{"list", 0, 0, false, true, false, false, list_help, run_list},
+    CliCommand{"set", 4, 4, true, true, false, false, set_help, run_set},
+    CliCommand{"apply", 1, 1, true, true, false, true, apply_help, run_apply},
+    CliCommand{"show", 0, 0, false, true, true, false, show_help, run_show},
+    CliCommand{"export", 1, 1, false, false, true, false, export_help, run_export},
+    CliCommand{"import", 1, 1, false, false, false, false, import_help, run_import},
 };
 
 }  // namespace

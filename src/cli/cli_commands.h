@@ -23,6 +23,8 @@ struct CliCommand {
     int max_operands;
     bool takes_serial;
     bool takes_json;
+    bool takes_controller;  // --controller SERIAL
+    bool takes_changed;     // --changed
     std::string_view help;  // the whole text of `dialcraft-cli <name> --help`
     int (*run)(const CliContext& context);
 };

@@ -1,8 +1,11 @@
 // dialcraft-cli apply: knobs 0 to 26 of an exported file, each through the
-// window's set action.
+// window's set action, or with --changed only those whose setting the target
+// controller does not hold already.
+#include <optional>
 #include <ostream>
 #include <vector>
 
+#include "cli/apply_file.h"
 #include "cli/cli.h"
 #include "cli/cli_arguments.h"
 #include "cli/cli_commands.h"
@@ -12,26 +15,12 @@
 #include "cli/midi_session.h"
 #include "cli/progress_bar.h"
 #include "cli/text_file.h"
-#include "model/config_file_transfer.h"
 #include "model/global_state.h"
 #include "model/knob_record.h"
-#include "model/slot_mapping.h"
-#include "model/vocabulary.h"
+#include "model/ledger_markers.h"
+#include "model/ledger_store.h"
 
 namespace {
-
-// The file read as the window reads an imported one: its lines become the
-// slot table, then each knob's slots are copied, checked, into its record.
-// Only the process's table changes; the stored one is left alone.
-void load_records(const QString& text, GlobalState& state)
-{
-    ConfigFileTransfer transfer;
-    transfer.setGlobalState(&state);
-    transfer.document.text = text;
-    transfer.reverseUpdateDocument();
-    for (int i = 0; i < mapped_knob_count; ++i)
-        SetupAreaData_index_config_to_UI(state, i, SlotMappingView::CreateConfigAreaView);
-}
 
 QJsonArray knob_array(const std::vector<int>& knobs)
 {
@@ -41,10 +30,49 @@ QJsonArray knob_array(const std::vector<int>& knobs)
     return array;
 }
 
-std::string summary_line(int programmed, int failed, size_t skipped)
+struct ApplyCounts {
+    int programmed = 0;
+    int failed = 0;
+    std::vector<int> skipped;
+    std::optional<std::vector<int>> unchanged;  // with --changed: knobs the controller already holds
+};
+
+std::string summary_line(const ApplyCounts& counts)
 {
-    return "已设置(programmed) " + std::to_string(programmed) + ", 失败(failed) " + std::to_string(failed) +
-           ", 跳过(skipped) " + std::to_string(skipped) + "\n";
+    std::string line = "已设置(programmed) " + std::to_string(counts.programmed) + ", 失败(failed) " +
+                       std::to_string(counts.failed) + ", 跳过(skipped) " + std::to_string(counts.skipped.size());
+    if (counts.unchanged)
+        line += ", 已相同(unchanged) " + std::to_string(counts.unchanged->size());
+    return line + "\n";
+}
+
+QJsonObject summary_json(const ApplyCounts& counts, const QJsonArray& outcomes)
+{
+    QJsonObject object{{"knobs", outcomes},
+                       {"skipped", knob_array(counts.skipped)},
+                       {"programmed", counts.programmed},
+                       {"failed", counts.failed}};
+    if (counts.unchanged)
+        object.insert("unchanged", knob_array(*counts.unchanged));
+    return object;
+}
+
+void print_summary(const CliContext& context, const ApplyCounts& counts, const QJsonArray& outcomes)
+{
+    context.out << (context.request.json ? json_line(summary_json(counts, outcomes)) : summary_line(counts));
+    context.out.flush();
+}
+
+// Moves the knobs whose setting `serial` already holds, by the ledger, out
+// of `knobs` into the unchanged list.
+void leave_out_held(const GlobalState& state, const QString& serial, std::vector<int>& knobs, ApplyCounts& counts)
+{
+    const LedgerMarkers markers = ledger_markers(read_ledger(), serial, state);
+    counts.unchanged.emplace();
+    std::vector<int> differing;
+    for (int knob : knobs)
+        (needs_programming(markers.knobs[static_cast<size_t>(knob)]) ? differing : *counts.unchanged).push_back(knob);
+    knobs = std::move(differing);
 }
 
 }  // namespace
@@ -52,25 +80,17 @@ std::string summary_line(int programmed, int failed, size_t skipped)
 int run_apply(const CliContext& context)
 {
     const QString text = read_text_file(context.request.operands[0]);
-    warn_about_cutting(context.console, "apply", text);
-
     GlobalState state;
-    load_records(text, state);
-    std::vector<int> knobs;
-    std::vector<int> skipped;
-    for (int i = 0; i < mapped_knob_count; ++i)
-        (is_programmable_type(state.record(i)->message_type_menu_string()) ? knobs : skipped).push_back(i);
+    ApplyFile file = read_apply_file(text, state, context.console);
+    ApplyCounts counts;
+    counts.skipped = file.skipped;
+    std::vector<int>& knobs = file.knobs;
 
     if (knobs.empty()) {
         context.console.error_text(
             "dialcraft-cli apply: 文件里没有可设置的旋钮(the file has no knob to program: "
             "none of knobs 0-26 is Note On, Note Off, Control Change or Bend Change)\n");
-        if (context.request.json)
-            context.out << json_line(QJsonObject{
-                {"knobs", QJsonArray()}, {"skipped", knob_array(skipped)}, {"programmed", 0}, {"failed", 0}});
-        else
-            context.out << summary_line(0, 0, skipped.size());
-        context.out.flush();
+        print_summary(context, counts, QJsonArray());
         return cli_failed;
     }
 
@@ -79,9 +99,15 @@ int run_apply(const CliContext& context)
     if (const int status = choose_menu_serial(context, session, &menu_serial); status != cli_success)
         return status;
     state.set_machine_type_menu_string(QString::fromStdString(menu_serial));
+    if (context.request.changed) {
+        leave_out_held(state, state.machine_type_menu_string(), knobs, counts);
+        if (knobs.empty()) {
+            // Nothing differs: the controller already holds the file.
+            print_summary(context, counts, QJsonArray());
+            return cli_success;
+        }
+    }
 
-    int programmed = 0;
-    int failed = 0;
     QJsonArray outcomes;
     {
         ProgressBar bar(context.console, static_cast<int>(knobs.size()),
@@ -89,7 +115,7 @@ int run_apply(const CliContext& context)
         for (size_t i = 0; i < knobs.size(); ++i) {
             bar.show(static_cast<int>(i), knobs[i]);
             const KnobOutcome outcome = program_knob(*state.record(knobs[i]), state);
-            (outcome.ok() ? programmed : failed) += 1;
+            (outcome.ok() ? counts.programmed : counts.failed) += 1;
             bar.hide();
             if (context.request.json) {
                 outcomes.append(knob_outcome_json(outcome));
@@ -100,12 +126,6 @@ int run_apply(const CliContext& context)
         }
     }
 
-    if (context.request.json) {
-        context.out << json_line(QJsonObject{
-            {"knobs", outcomes}, {"skipped", knob_array(skipped)}, {"programmed", programmed}, {"failed", failed}});
-    } else {
-        context.out << summary_line(programmed, failed, skipped.size());
-    }
-    context.out.flush();
-    return failed == 0 && programmed > 0 ? cli_success : cli_failed;
+    print_summary(context, counts, outcomes);
+    return counts.failed == 0 && counts.programmed > 0 ? cli_success : cli_failed;
 }

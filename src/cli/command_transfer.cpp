@@ -1,5 +1,6 @@
 // dialcraft-cli export and import: the stored knob table to and from a text
-// file, by the window's own export and import steps.
+// file, by the window's own export and import steps; export --controller
+// writes what the ledger says a controller holds in the same format.
 #include <QFileInfo>
 #include <QUrl>
 
@@ -14,19 +15,54 @@
 #include "model/config_file_transfer.h"
 #include "model/configuration.h"
 #include "model/global_state.h"
+#include "model/ledger_store.h"
+#include "model/slot_mapping.h"
 #include "model/stored_configuration.h"
+
+namespace {
+
+// The slot table of what the ledger says `serial` holds: knobs it never
+// wrote stay blank slots, which the window's import reads without shifting
+// and apply skips. False when the ledger holds nothing for it.
+bool load_held_table(const QString& serial)
+{
+    const ControllerLedger ledger = read_ledger();
+    configuration = Configuration{initialSettings()};
+    bool any = false;
+    for (int knob = 0; knob < mapped_knob_count; ++knob) {
+        const HeldSetting* held = ledger.held(serial, knob);
+        if (!held)
+            continue;
+        configuration.settings[knob * 3] = held->type;
+        configuration.settings[knob * 3 + 1] = QString::number(held->channel);
+        configuration.settings[knob * 3 + 2] = QString::number(held->controller);
+        any = true;
+    }
+    return any;
+}
+
+}  // namespace
 
 int run_export(const CliContext& context)
 {
     const std::string& path = context.request.operands[0];
     const QString file = QFileInfo(QString::fromStdString(path)).absoluteFilePath();
 
-    // The window after start-up, then its export button and save dialog.
-    GlobalState state;
-    load_stored_records(state);
     ConfigFileTransfer transfer;
-    transfer.setGlobalState(&state);
-    transfer.exportButtonPressed();
+    GlobalState state;
+    if (context.request.controller) {
+        if (!load_held_table(QString::fromStdString(*context.request.controller))) {
+            context.console.error_text("dialcraft-cli export: 控制器记录里没有 " + *context.request.controller +
+                                       "(the ledger holds nothing for " + *context.request.controller + ")\n");
+            return cli_failed;
+        }
+        transfer.updateDocument();
+    } else {
+        // The window after start-up, then its export button and save dialog.
+        load_stored_records(state);
+        transfer.setGlobalState(&state);
+        transfer.exportButtonPressed();
+    }
     QString failure;
     if (!transfer.writeDocument(QUrl::fromLocalFile(file), &failure)) {
         context.console.error_text("dialcraft-cli export: FILE \"" + path +

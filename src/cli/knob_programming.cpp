@@ -1,7 +1,5 @@
 #include "cli/knob_programming.h"
 
-#include "actions/set_action.h"
-#include "midi/send_tally.h"
 #include "model/global_state.h"
 #include "model/handover.h"
 #include "model/knob_record.h"
@@ -22,13 +20,12 @@ KnobOutcome program_knob(CreateSetupAreaViewData& record, GlobalState& state)
     outcome.controller = record.message_controller_number_code_string();
 
     command_setup_succeed_flag = not_sent;
-    {
-        SendTally tally;
-        setup_button_action(record, state);
-        outcome.accepted = tally.accepted();
-        outcome.refused = tally.refused();
-        outcome.destinations = tally.destinations();
-    }
+    const RecordedSetAction press = setup_button_action_recorded(record, state);
+    outcome.accepted = press.accepted;
+    outcome.refused = press.refused;
+    outcome.destinations = press.destinations;
+    outcome.target = press.serial;
+    outcome.recorded = press.recorded;
     outcome.checked = command_setup_succeed_flag != not_sent;
     if (outcome.checked)
         outcome.result = command_setup_succeed_flag;

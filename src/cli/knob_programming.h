@@ -9,11 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "actions/recorded_set_action.h"
+
 class CreateSetupAreaViewData;
 class GlobalState;
-
-// Messages of one programming sequence: F8, 9n, 8n, the type, F8.
-inline constexpr int programming_messages = 5;
 
 struct KnobOutcome {
     int knob = 0;
@@ -27,9 +26,12 @@ struct KnobOutcome {
     std::vector<std::string> destinations;  // ports that accepted them
     QString serial;                         // the model menu after the press
     QString message;                        // the text area's text after the press
+    QString target;                         // the controller the link sent to
+    bool recorded = false;                  // the ledger holds the setting for `target`
 
     bool ok() const { return checked && result == 0 && accepted > 0; }
 };
 
-// Runs setup_button_action for `record` and `state`, as the window's button does.
+// Runs setup_button_action for `record` and `state`, as the window's button
+// does, and records a fully accepted programming in the ledger.
 KnobOutcome program_knob(CreateSetupAreaViewData& record, GlobalState& state);

@@ -65,20 +65,78 @@ TEST_F(ApplyTest, JsonListsEachKnobAndTheSkippedOnes)
                   skipped + "]}\n");
 }
 
-TEST_F(ApplyTest, DroppedEmptyLinesAreWarnedAboutAndShiftTheKnobs)
+TEST_F(ApplyTest, AnExportedTableProgramsExactlyItsConfiguredKnobs)
 {
     plug("4AC1CC27");
-    // Knob 1 was meant to start on line 5; the empty line 4 moves it to knob 1's
-    // slots 3 to 5 all the same, and the final line feed moves nothing.
-    const std::string path = write_file("gap.txt", "Note On\n1\n60\n\nControl Change\n2\n74\n");
+    // Knobs never configured export as "Control Change", an empty channel
+    // line and their controller: empty slots that must not shift knob 3.
+    store({"Note On", "1", "60", "选择消息类型", "", "", "选择消息类型", "", "", "Control Change", "2", "74"});
+    ASSERT_EQ(run({"export", file("table.txt")}).status, cli_success);
+    const QByteArray exported = read_file("table.txt");
+    ASSERT_TRUE(exported.startsWith("Note On\n1\n60\nControl Change\n\n"));
+
+    const CliRun result = run({"apply", file("table.txt")});
+    EXPECT_EQ(result.status, cli_success);
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.out, ok_line(0, "Note On, 通道(channel) 1, 控制器号(controller) 60") +
+                              ok_line(3, "Control Change, 通道(channel) 2, 控制器号(controller) 74") +
+                              "已设置(programmed) 2, 失败(failed) 0, 跳过(skipped) 25\n");
+    EXPECT_EQ(sent_to("4AC1CC27 MIDI 1"), concat({frame(0x00, 0x90, 60), frame(0x03, 0xB1, 74)}));
+}
+
+TEST_F(ApplyTest, EmptyLinesAreEmptySlotsAndAShortFileIsWarnedAbout)
+{
+    plug("4AC1CC27");
+    // Line 4 is knob 1's empty type line: knob 1 is skipped, knob 2 starts on
+    // line 7 where the file put it.
+    const std::string path = write_file("gap.txt", "Note On\n1\n60\n\n\n\nControl Change\n2\n74\n");
     const CliRun result = run({"apply", path});
     EXPECT_EQ(result.status, cli_success);
     EXPECT_EQ(result.err,
-              "dialcraft-cli apply: 警告(warning): 1 个空行被丢弃, 其后的旋钮前移(empty lines dropped; the knobs "
-              "after them shift): 第(line) 4\n");
+              "dialcraft-cli apply: 警告(warning): 文件只有 9 行, 少于旋钮 0-26 的 81 行; 缺少的旋钮跳过(the file "
+              "has only 9 lines, fewer than the 81 of knobs 0-26; the knobs it lacks are skipped)\n");
     EXPECT_EQ(result.out, ok_line(0, "Note On, 通道(channel) 1, 控制器号(controller) 60") +
-                              ok_line(1, "Control Change, 通道(channel) 2, 控制器号(controller) 74") +
+                              ok_line(2, "Control Change, 通道(channel) 2, 控制器号(controller) 74") +
                               "已设置(programmed) 2, 失败(failed) 0, 跳过(skipped) 25\n");
+    EXPECT_EQ(sent_to("4AC1CC27 MIDI 1"), concat({frame(0x00, 0x90, 60), frame(0x02, 0xB1, 74)}));
+}
+
+TEST_F(ApplyTest, AKnobWithAnEmptyChannelLineIsSkippedNotFailed)
+{
+    plug("4AC1CC27");
+    QByteArray bytes = knob_file({{3, {"Control Change", "2", "74"}}, {4, {"Note On", "", "64"}}});
+    const std::string path = write_file("empty_channel.txt", bytes);
+    const CliRun result = run({"apply", path});
+    EXPECT_EQ(result.status, cli_success);
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.out, ok_line(3, "Control Change, 通道(channel) 2, 控制器号(controller) 74") +
+                              "已设置(programmed) 1, 失败(failed) 0, 跳过(skipped) 26\n");
+}
+
+TEST_F(ApplyTest, TypeLinesNamingNoTypeAreWarnedAbout)
+{
+    plug("4AC1CC27");
+    const std::string path = write_file("typeless.txt", knob_file({{1, {"Knob", "2", "74"}},
+                                                                   {3, {"Control Change", "2", "74"}},
+                                                                   {9, {"cc", "1", "1"}}}));
+    const CliRun result = run({"apply", path});
+    EXPECT_EQ(result.status, cli_success);
+    EXPECT_EQ(result.err,
+              "dialcraft-cli apply: 警告(warning): 类型行不是消息类型, 这些旋钮跳过(type lines that name no message "
+              "type; those knobs are skipped): 第(line) 4, 28\n");
+    EXPECT_EQ(result.out, ok_line(3, "Control Change, 通道(channel) 2, 控制器号(controller) 74") +
+                              "已设置(programmed) 1, 失败(failed) 0, 跳过(skipped) 26\n");
+}
+
+TEST_F(ApplyTest, CrLfLineEndsReadAsLineEnds)
+{
+    plug("4AC1CC27");
+    QByteArray bytes = knob_file({{3, {"Control Change", "2", "74"}}});
+    bytes.replace("\n", "\r\n");
+    const CliRun result = run({"apply", write_file("crlf.txt", bytes)});
+    EXPECT_EQ(result.status, cli_success);
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(sent_to("4AC1CC27 MIDI 1"), frame(0x03, 0xB1, 74));
 }
 
 TEST_F(ApplyTest, AKnobFailingItsCheckIsReportedAndFailsTheRun)

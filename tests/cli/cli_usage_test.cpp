@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "export, import\n"},
         UsageCase{{"list", "--all"},
                   "dialcraft-cli list: 选项(option) \"--all\" 无效(invalid); 可用(accepted): --json, --verbose, "
-                  "--serial SERIAL, --help\n"},
+                  "--serial SERIAL, --controller SERIAL, --changed, --help\n"},
         UsageCase{{"set", "27", "cc", "2", "74"},
                   "dialcraft-cli set: KNOB \"27\" 无效(invalid); 可用(accepted): 0-26\n"},
         UsageCase{{"set", "-1", "cc", "2", "74"},
@@ -104,10 +104,19 @@ INSTANTIATE_TEST_SUITE_P(
             {"export", "x.txt", "--json"},
             "dialcraft-cli export: --json 不适用于(does not apply to) export; 可用于(accepted by): list, set, apply, "
             "show\n"},
-        UsageCase{
-            {"show", "extra"},
-            "dialcraft-cli show: 参数个数不对(wrong number of arguments); 用法(usage): dialcraft-cli show [--json] "
-            "[--verbose]\n"},
+        UsageCase{{"show", "extra"},
+                  "dialcraft-cli show: 参数个数不对(wrong number of arguments); 用法(usage): dialcraft-cli show "
+                  "[--controller SERIAL] [--json] "
+                  "[--verbose]\n"},
+        UsageCase{{"set", "5", "cc", "2", "74", "--controller", "4AC1CC27"},
+                  "dialcraft-cli set: --controller 不适用于(does not apply to) set; 可用于(accepted by): show, "
+                  "export\n"},
+        UsageCase{{"show", "--changed"},
+                  "dialcraft-cli show: --changed 不适用于(does not apply to) show; 可用于(accepted by): apply\n"},
+        UsageCase{{"show", "--controller=4AC1CC2"},
+                  "dialcraft-cli show: --controller \"4AC1CC2\" 无效(invalid); 可用(accepted): 4AC0CC27-4ACFCC27\n"},
+        UsageCase{{"show", "--controller"},
+                  "dialcraft-cli show: --controller 缺少型号(needs a serial); 可用(accepted): 4AC0CC27-4ACFCC27\n"},
         UsageCase{{"apply", "%DIR%"},
                   "dialcraft-cli apply: FILE \"%DIR%\" 无法读取(cannot be read): No such file or directory\n"},
         UsageCase{{"import", "%DIR%"},
