@@ -101,7 +101,10 @@ bool write_file(const ControllerLedger& ledger, QString* reason)
         return false;
     }
     const QByteArray bytes = encode_ledger(ledger);
-    if (file.write(bytes) != bytes.size() || !file.commit()) {
+    // The flush is checked on its own: when the disk refuses part of the
+    // bytes (full, or over a size limit) commit() can still report success
+    // and put the cut-short file in place.
+    if (file.write(bytes) != bytes.size() || !file.flush() || !file.commit()) {
         *reason = file.errorString();
         file.cancelWriting();
         return false;
