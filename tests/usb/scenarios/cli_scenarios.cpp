@@ -5,7 +5,10 @@
 //       exactly those five on the gadget
 //   10  two virtual controllers are found by list, one is programmed by set,
 //       and its knob turn arrives at the link's input port
-//   usb_cli_scenarios <8|9|10> <controller_emulator path> <work directory>
+//   11  dialcraft-cli set programs a gadget and the ledger remembers it:
+//       show --controller reports the knob, apply --changed of a file
+//       holding the same setting sends nothing
+//   usb_cli_scenarios <8|9|10|11> <controller_emulator path> <work directory>
 // The two programs are packed beside the emulator.
 #include <cstdio>
 #include <cstdlib>
@@ -265,12 +268,82 @@ int virtual_controller_scenario(const Programs& programs)
     return report.finish();
 }
 
+int ledger_scenario(const TestBed& bed, const Programs& programs)
+{
+    ScenarioReport report("11", "dialcraft-cli set on 4AC3CC27, show --controller, apply --changed sends nothing");
+    UsbGadget gadget("4AC3CC27", 0x4AC3, 0xCC27);
+    EmulatedController emulator(bed.emulator, bed.file("4AC3CC27.log"));
+    if (!plug_controller(report, gadget, emulator, first_udc))
+        return report.finish();
+
+    const ProcessResult set = run_cli(programs, {"set", "5", "cc", "2", "74"});
+    const std::string set_line = ok_line(5, "Control Change, 通道(channel) 2, 控制器号(controller) 74", "4AC3CC27");
+    report.check(set.status == 0 && set.out == set_line, "set 5 cc 2 74 prints " + set_line);
+    if (set.out != set_line)
+        detail(report, "dialcraft-cli set", set);
+    const std::string knob5 = "knob 5 = Control Change, channel 2, controller 74";
+    report.check(emulator.wait_for_line(knob5, 5s), "the controller decoded " + knob5);
+
+    // The row of knob 5 names what the controller holds and when it was written.
+    const ProcessResult shown = run_cli(programs, {"show", "--controller", "4AC3CC27"});
+    std::string row;
+    for (const std::string& line : printed_lines(shown.out))
+        if (line.rfind("5 ", 0) == 0)
+            row = line;
+    const size_t held = row.find("Control Change, 2, 74  ");
+    report.check(shown.status == 0 && held != std::string::npos,
+                 "show --controller 4AC3CC27 has knob 5 held as Control Change, 2, 74 (" + row + ")");
+    if (held != std::string::npos) {
+        const std::string written = row.substr(held + 23, 20);
+        report.check(written.size() == 20 && written[10] == 'T' && written[19] == 'Z',
+                     "with the time it was written, in UTC (" + written + ")");
+    }
+    const ProcessResult json = run_cli(programs, {"show", "--controller", "4AC3CC27", "--json"});
+    report.check(json.status == 0 && json.out.find("\"held\":{\"channel\":2,\"controller\":74,"
+                                                   "\"type\":\"Control Change\",\"written\":\"") != std::string::npos,
+                 "show --controller --json holds knob 5");
+    if (report.failed())
+        detail(report, "dialcraft-cli show --controller 4AC3CC27", shown);
+
+    // A file that sets knob 5 to what the controller already holds.
+    std::vector<std::string> slot_texts(90, std::string(20, ' '));
+    slot_texts[15] = "Control Change";
+    slot_texts[16] = "2";
+    slot_texts[17] = "74";
+    const std::string path = bed.file("knob5.txt");
+    {
+        std::ofstream file(path, std::ios::binary);
+        for (size_t i = 0; i < slot_texts.size(); ++i)
+            file << (i ? "\n" : "") << slot_texts[i];
+    }
+    const ProcessResult changed = run_cli(programs, {"apply", path, "--changed"});
+    const std::string summary = "已设置(programmed) 0, 失败(failed) 0, 跳过(skipped) 26, 已相同(unchanged) 1\n";
+    report.check(changed.status == 0 && changed.out == summary, "apply --changed prints " + summary);
+    if (changed.out != summary)
+        detail(report, "dialcraft-cli apply --changed", changed);
+
+    // Knob 6 afterwards: its frame must follow knob 5's directly, so nothing
+    // was sent in between.
+    const ProcessResult six = run_cli(programs, {"set", "6", "note-on", "1", "60"});
+    report.check(six.status == 0, "set 6 note-on 1 60 exits 0");
+    const std::string knob6 = "knob 6 = Note On, channel 1, controller 60";
+    report.check(emulator.wait_for_line(knob6, 5s), "the controller decoded " + knob6);
+    const std::vector<std::vector<uint8_t>> wire{{0xF8}, {0x91, 74, 5}, {0x81, 74, 5}, {0xB1, 74, 5}, {0xF8},
+                                                 {0xF8}, {0x90, 60, 6}, {0x80, 60, 6}, {0x90, 60, 6}, {0xF8}};
+    std::vector<std::vector<uint8_t>> bytes;
+    for (const ReceivedMessage& message : emulator.received())
+        bytes.push_back(message.bytes);
+    report.check(bytes == wire, "the controller received knob 5's and knob 6's messages only:" + hex_messages(wire) +
+                                    "\n  got:" + hex_messages(bytes));
+    return report.finish();
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
 {
     if (argc != 4) {
-        std::fprintf(stderr, "usage: %s <scenario 8|9|10> <controller_emulator> <work dir>\n", argv[0]);
+        std::fprintf(stderr, "usage: %s <scenario 8|9|10|11> <controller_emulator> <work dir>\n", argv[0]);
         return 2;
     }
     const std::string id = argv[1];
@@ -286,6 +359,8 @@ int main(int argc, char** argv)
         return apply_scenario(bed, programs);
     if (id == "10")
         return virtual_controller_scenario(programs);
+    if (id == "11")
+        return ledger_scenario(bed, programs);
     std::fprintf(stderr, "unknown scenario %s\n", id.c_str());
     return 2;
 }
