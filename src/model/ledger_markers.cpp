@@ -27,10 +27,11 @@ LedgerMarkers ledger_markers(const ControllerLedger& ledger, const QString& seri
 {
     LedgerMarkers markers;
     for (int knob = 0; knob < mapped_knob_count; ++knob) {
-        const CreateSetupAreaViewData& record = *state.record(knob);
-        const KnobMarker marker = knob_marker(ledger.held(serial, knob), record.message_type_menu_string(),
-                                              record.message_channel_menu_string(),
-                                              record.message_controller_number_code_string());
+        const CreateSetupAreaViewData* record = state.record(knob);
+        const KnobMarker marker = record ? knob_marker(ledger.held(serial, knob), record->message_type_menu_string(),
+                                                       record->message_channel_menu_string(),
+                                                       record->message_controller_number_code_string())
+                                         : KnobMarker::never_written;
         markers.knobs[static_cast<size_t>(knob)] = marker;
         switch (marker) {
         case KnobMarker::written: ++markers.written; break;
