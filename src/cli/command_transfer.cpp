@@ -48,8 +48,8 @@ int run_export(const CliContext& context)
     const std::string& path = context.request.operands[0];
     const QString file = QFileInfo(QString::fromStdString(path)).absoluteFilePath();
 
-    ConfigFileTransfer transfer;
     GlobalState state;
+    ConfigFileTransfer transfer;
     if (context.request.controller) {
         if (!load_held_table(QString::fromStdString(*context.request.controller))) {
             context.console.error_text("dialcraft-cli export: 控制器记录里没有 " + *context.request.controller +
