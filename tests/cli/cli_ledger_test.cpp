@@ -252,3 +252,16 @@ TEST_F(LedgerCliTest, AnUnreadableLedgerIsSetAsideWithOneLine)
     EXPECT_FALSE(QFile::exists(ledger_file_path()));
     EXPECT_EQ(lines_ending(result.out, "未写入(never written)\n"), 27);
 }
+
+TEST_F(LedgerCliTest, ApplyRecordsOnlyTheKnobsThatWentThrough)
+{
+    plug("4AC1CC27");
+    const std::string path = write_file("bad.txt", knob_file({{3, {"Control Change", "2", "74"}},
+                                                              {4, {"Control Change", "0", "64"}}}));
+    ASSERT_EQ(run({"apply", path}).status, cli_failed);
+    const ControllerLedger ledger = read_ledger();
+    ASSERT_EQ(ledger.controllers.size(), 1u);
+    const HeldKnobs& knobs = ledger.controllers.at("4AC1CC27");
+    ASSERT_EQ(knobs.size(), 1u);
+    EXPECT_EQ(knobs.at(3), (HeldSetting{"Control Change", 2, 74, QDateTime::fromString(first_time, Qt::ISODate)}));
+}
