@@ -40,7 +40,7 @@ private:
     int sends_ = 0;
 };
 
-class RecordedSetAction_ : public ::testing::Test {
+class RecordedSetActionTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
@@ -87,7 +87,7 @@ protected:
 
 }  // namespace
 
-TEST_F(RecordedSetAction_, AFullyAcceptedProgrammingIsRecordedForItsController)
+TEST_F(RecordedSetActionTest, AFullyAcceptedProgrammingIsRecordedForItsController)
 {
     plug("4AC3CC27");
     const RecordedSetAction outcome = press();
@@ -107,7 +107,7 @@ TEST_F(RecordedSetAction_, AFullyAcceptedProgrammingIsRecordedForItsController)
     EXPECT_TRUE(notices_.empty());
 }
 
-TEST_F(RecordedSetAction_, ThreeOfFiveAcceptedRecordsNothing)
+TEST_F(RecordedSetActionTest, ThreeOfFiveAcceptedRecordsNothing)
 {
     plug("4AC3CC27");
     sim.accepted_sends = 3;
@@ -119,7 +119,7 @@ TEST_F(RecordedSetAction_, ThreeOfFiveAcceptedRecordsNothing)
     EXPECT_FALSE(QFile::exists(ledger_file_path()));
 }
 
-TEST_F(RecordedSetAction_, APressStoppedByTheCheckRecordsNothing)
+TEST_F(RecordedSetActionTest, APressStoppedByTheCheckRecordsNothing)
 {
     plug("4AC3CC27");
     state.record(5)->set_message_channel_menu_string("0");
@@ -129,7 +129,7 @@ TEST_F(RecordedSetAction_, APressStoppedByTheCheckRecordsNothing)
     EXPECT_FALSE(QFile::exists(ledger_file_path()));
 }
 
-TEST_F(RecordedSetAction_, NoControllerRecordsNothing)
+TEST_F(RecordedSetActionTest, NoControllerRecordsNothing)
 {
     state.set_machine_type_menu_string("4AC2CC27");
     const RecordedSetAction outcome = press();
@@ -139,7 +139,7 @@ TEST_F(RecordedSetAction_, NoControllerRecordsNothing)
     EXPECT_FALSE(QFile::exists(ledger_file_path()));
 }
 
-TEST_F(RecordedSetAction_, TwoControllersKeepTheirOwnEntries)
+TEST_F(RecordedSetActionTest, TwoControllersKeepTheirOwnEntries)
 {
     plug("4AC1CC27");
     plug("4AC3CC27");
