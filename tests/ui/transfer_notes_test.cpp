@@ -11,7 +11,7 @@
 #include "midi/host_selection.h"
 #include "midi/sim/sim_midi_host.h"
 #include "model/config_file_transfer.h"
-#include "status_texts.h"
+#include "ui/status/status_texts.h"
 #include "window_harness.h"
 
 class TransferNotesTest : public QObject {

@@ -1,10 +1,10 @@
-#include "content_view.h"
+#include "ui/shell/content_view.h"
 
 #include <QEvent>
 
-#include "lifecycle_hooks.h"
-#include "set_all_run.h"
-#include "window_status.h"
+#include "ui/press/set_all_run.h"
+#include "ui/shell/lifecycle_hooks.h"
+#include "ui/status/window_status.h"
 
 ContentView::ContentView(QQuickItem* parent) : QQuickItem(parent), globalState_(new GlobalState(this)) {}
 

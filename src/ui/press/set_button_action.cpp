@@ -1,8 +1,8 @@
-#include "set_button_action.h"
+#include "ui/press/set_button_action.h"
 
-#include "set_press.h"
-#include "status_texts.h"
-#include "window_status.h"
+#include "ui/press/set_press.h"
+#include "ui/status/status_texts.h"
+#include "ui/status/window_status.h"
 
 SetButtonAction::SetButtonAction(QObject* parent) : QObject(parent) {}
 

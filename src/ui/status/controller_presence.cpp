@@ -1,4 +1,4 @@
-#include "controller_presence.h"
+#include "ui/status/controller_presence.h"
 
 #include <QQuickWindow>
 
@@ -8,7 +8,7 @@
 
 #include "midi/family_presence.h"
 #include "midi/host_selection.h"
-#include "status_texts.h"
+#include "ui/status/status_texts.h"
 
 namespace {
 

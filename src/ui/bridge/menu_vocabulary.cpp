@@ -1,4 +1,4 @@
-#include "menu_vocabulary.h"
+#include "ui/bridge/menu_vocabulary.h"
 
 #include "model/vocabulary.h"
 

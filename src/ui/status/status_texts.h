@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <QUrl>
 
-#include "set_press.h"
+#include "ui/press/set_press.h"
 
 // Knob numbers as a short list with runs joined: {0, 1, 2, 5, 7, 8} gives
 // "0-2, 5, 7, 8" (a run of two stays two numbers).

@@ -1,4 +1,4 @@
-#include "set_press.h"
+#include "ui/press/set_press.h"
 
 #include "actions/set_action.h"
 #include "midi/send_tally.h"

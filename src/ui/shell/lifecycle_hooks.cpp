@@ -1,4 +1,4 @@
-#include "lifecycle_hooks.h"
+#include "ui/shell/lifecycle_hooks.h"
 
 #include "midi/midi_link.h"
 #include "model/handover.h"

@@ -1,4 +1,4 @@
-#include "status_texts.h"
+#include "ui/status/status_texts.h"
 
 QString knob_list_text(const QList<int>& knobs)
 {

@@ -1,7 +1,7 @@
 // dialcraft: programs the knobs of the 4AC0CC27 to 4ACFCC27 USB-MIDI controllers.
 #include <QtQml/qqmlextensionplugin.h>
 
-#include "app_shell.h"
+#include "ui/shell/app_shell.h"
 
 Q_IMPORT_QML_PLUGIN(DialcraftPlugin)
 

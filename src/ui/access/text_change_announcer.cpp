@@ -1,4 +1,4 @@
-#include "text_change_announcer.h"
+#include "ui/access/text_change_announcer.h"
 
 #include <QAccessible>
 

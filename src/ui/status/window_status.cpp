@@ -1,9 +1,9 @@
-#include "window_status.h"
+#include "ui/status/window_status.h"
 
 #include <QQmlEngine>
 
 #include "model/global_state.h"
-#include "set_all_run.h"
+#include "ui/press/set_all_run.h"
 
 WindowStatus::WindowStatus(GlobalState& state) : QObject(&state), setAll_(new SetAllRun(state, *this))
 {

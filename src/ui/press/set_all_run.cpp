@@ -1,14 +1,14 @@
-#include "set_all_run.h"
+#include "ui/press/set_all_run.h"
 
 #include <QCoreApplication>
 #include <QQuickWindow>
 #include <QTimer>
 
-#include "content_view.h"
 #include "model/global_state.h"
 #include "model/slot_mapping.h"
 #include "model/vocabulary.h"
-#include "window_status.h"
+#include "ui/shell/content_view.h"
+#include "ui/status/window_status.h"
 
 SetAllRun::SetAllRun(GlobalState& state, WindowStatus& status) : QObject(&status), state_(state), status_(status) {}
 

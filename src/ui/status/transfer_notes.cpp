@@ -1,9 +1,9 @@
-#include "transfer_notes.h"
+#include "ui/status/transfer_notes.h"
 
 #include "model/configuration.h"
 #include "model/slot_mapping.h"
-#include "status_texts.h"
-#include "window_status.h"
+#include "ui/status/status_texts.h"
+#include "ui/status/window_status.h"
 
 TransferNotes::TransferNotes(QObject* parent) : QObject(parent) {}
 

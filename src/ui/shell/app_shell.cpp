@@ -1,6 +1,6 @@
-#include "app_shell.h"
+#include "ui/shell/app_shell.h"
 
-#include "accessible_enabled_state.h"
+#include "ui/access/accessible_enabled_state.h"
 
 #include <QFont>
 #include <QIcon>

@@ -1,4 +1,4 @@
-#include "focus_into_view.h"
+#include "ui/access/focus_into_view.h"
 
 #include <QQuickItem>
 

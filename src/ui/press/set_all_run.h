@@ -18,7 +18,7 @@
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
-#include "status_texts.h"
+#include "ui/status/status_texts.h"
 
 class GlobalState;
 class QQuickWindow;

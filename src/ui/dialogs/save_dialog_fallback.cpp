@@ -1,4 +1,4 @@
-#include "save_dialog_fallback.h"
+#include "ui/dialogs/save_dialog_fallback.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -6,7 +6,7 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 
-#include "dialog_files.h"
+#include "ui/dialogs/dialog_files.h"
 
 SaveDialogFallback::SaveDialogFallback(QObject* parent) : QObject(parent) {}
 

@@ -1,4 +1,4 @@
-#include "accessible_enabled_state.h"
+#include "ui/access/accessible_enabled_state.h"
 
 #include <QAccessible>
 #include <QQuickItem>

@@ -1,4 +1,4 @@
-#include "dialog_files.h"
+#include "ui/dialogs/dialog_files.h"
 
 #include <QDir>
 #include <QStandardPaths>
