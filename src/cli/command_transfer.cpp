@@ -26,7 +26,7 @@ int run_export(const CliContext& context)
     load_stored_records(state);
     ConfigFileTransfer transfer;
     transfer.setGlobalState(&state);
-    transfer.exportButtonPressed();
+    transfer.prepareExport();
     QString failure;
     if (!transfer.writeDocument(QUrl::fromLocalFile(file), &failure)) {
         context.console.error_text("dialcraft-cli export: FILE \"" + path +

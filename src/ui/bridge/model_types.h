@@ -1,6 +1,7 @@
 #pragma once
 // The model's types as QML sees them. The state and records are created by
-// the model, never by QML; the file transfer is one per device panel.
+// the model, never by QML; the file transfer belongs to the window's file
+// dialog workflow.
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
@@ -33,4 +34,5 @@ struct ConfigFileTransferForeign {
     Q_GADGET
     QML_FOREIGN(ConfigFileTransfer)
     QML_NAMED_ELEMENT(ConfigFileTransfer)
+    QML_UNCREATABLE("Each FileDialogFlow owns its file transfer.")
 };
