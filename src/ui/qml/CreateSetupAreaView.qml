@@ -67,9 +67,6 @@ Control {
                 // dimmed with its whole panel already.
                 opacity: enabled || panel.placeholder ? 1 : 0.45
                 Accessible.name: panel.knobName + " 设置"
-                Accessible.onPressAction: setAction.press()
-                Keys.onReturnPressed: setAction.press()
-                Keys.onEnterPressed: setAction.press()
                 contentItem: Text {
                     text: "设置"
                     color: "black"
@@ -89,7 +86,10 @@ Control {
                     border.width: setButton.hovered || setButton.down ? 1 : 0
                     border.color: "#806000"
                 }
-                onClicked: setAction.press()
+                PressGlue {
+                    button: setButton
+                    onActivated: setAction.press()
+                }
 
                 FocusRing {
                     shown: setButton.visualFocus

@@ -24,10 +24,10 @@ ToolBar {
             Accessible.name: importButton.text
             hoverEnabled: true
             enabled: !bar.busy
-            onClicked: bar.dialogs.importButtonPressed()
-            Accessible.onPressAction: bar.dialogs.importButtonPressed()
-            Keys.onReturnPressed: bar.dialogs.importButtonPressed()
-            Keys.onEnterPressed: bar.dialogs.importButtonPressed()
+            PressGlue {
+                button: importButton
+                onActivated: bar.dialogs.importButtonPressed()
+            }
             FocusRing {
                 shown: importButton.visualFocus
             }
@@ -39,10 +39,10 @@ ToolBar {
             Accessible.name: exportButton.text
             hoverEnabled: true
             enabled: !bar.busy
-            onClicked: bar.dialogs.exportButtonPressed()
-            Accessible.onPressAction: bar.dialogs.exportButtonPressed()
-            Keys.onReturnPressed: bar.dialogs.exportButtonPressed()
-            Keys.onEnterPressed: bar.dialogs.exportButtonPressed()
+            PressGlue {
+                button: exportButton
+                onActivated: bar.dialogs.exportButtonPressed()
+            }
             FocusRing {
                 shown: exportButton.visualFocus
             }
