@@ -17,8 +17,10 @@ void SaveDialogFallback::setDialog(QObject* dialog)
     if (dialog_)
         disconnect(dialog_, nullptr, this, nullptr);
     dialog_ = dialog;
+#if QT_VERSION < QT_VERSION_CHECK(6, 5, 0)
     if (dialog_)
         connect(dialog_, SIGNAL(visibleChanged()), this, SLOT(dialogVisibilityChanged()));
+#endif
     emit dialogChanged();
 }
 
@@ -30,6 +32,7 @@ void SaveDialogFallback::dialogVisibilityChanged()
     QMetaObject::invokeMethod(this, &SaveDialogFallback::findOwnDialog, Qt::QueuedConnection);
 }
 
+#if QT_VERSION < QT_VERSION_CHECK(6, 5, 0)
 // Every item named `name` among `root` and its descendants.
 static void findItems(QQuickItem* root, const QString& name, QList<QQuickItem*>& found)
 {
@@ -41,6 +44,8 @@ static void findItems(QQuickItem* root, const QString& name, QList<QQuickItem*>&
 
 void SaveDialogFallback::findOwnDialog()
 {
+    // Qt's own dialog is found by the names of its parts in Qt 6.4's QML
+    // (fileNameTextField, control, QQuickFileDialogImpl), which are not API.
     auto* window = dialog_ ? dialog_->property("parentWindow").value<QQuickWindow*>() : nullptr;
     if (!window || impl_)
         return;
@@ -62,6 +67,10 @@ void SaveDialogFallback::findOwnDialog()
         return;
     }
 }
+
+#else
+void SaveDialogFallback::findOwnDialog() {}
+#endif
 
 void SaveDialogFallback::nameTyped()
 {

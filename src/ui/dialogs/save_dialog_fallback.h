@@ -4,6 +4,9 @@
 // name only when Enter is pressed in the name field, so its accept button
 // stays disabled while the user types; and it replaces an existing file
 // without asking. Native dialogs do both themselves and are left alone.
+// It finds Qt's own dialog by the internal names of that dialog's parts, so
+// it is built for Qt before 6.5 only, the Qt it was written and checked
+// against; elsewhere it never becomes active and asks nothing.
 //
 // Attach it to the save dialog: it follows the typed name into the dialog's
 // selection as the user types, and tells the window whether a chosen file
