@@ -4,7 +4,8 @@
 // bound to a new value, so a screen reader would never learn that the tool
 // wrote a new message. The announcer reports each change as the replacement
 // of the old text by the new one (over AT-SPI: text-changed delete, then
-// insert, with the new text).
+// insert, with the new text). It announces for Qt before 6.5 only, the Qt it
+// was written and checked against; elsewhere it only keeps the text.
 #include <QObject>
 #include <QPointer>
 #include <QQuickItem>
