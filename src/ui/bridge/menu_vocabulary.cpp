@@ -13,8 +13,3 @@ QStringList MenuVocabulary::messageTypeMenuItems()
 {
     return {NOTE_ON, NOTE_OFF, CONTROL_CHANGE, BEND_CHANGE, Default_TYPE_STRING};
 }
-
-QString MenuVocabulary::placeholderType()
-{
-    return Default_TYPE_STRING;
-}

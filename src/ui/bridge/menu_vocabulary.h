@@ -13,12 +13,10 @@ class MenuVocabulary : public QObject {
     // The knob's type menu: the four message types, then the placeholder that
     // resets the choice. "System Change" is never offered.
     Q_PROPERTY(QStringList messageTypeMenuItems READ messageTypeMenuItems CONSTANT)
-    Q_PROPERTY(QString placeholderType READ placeholderType CONSTANT)
 
 public:
     explicit MenuVocabulary(QObject* parent = nullptr);
 
     static QStringList machineTypes();
     static QStringList messageTypeMenuItems();
-    static QString placeholderType();
 };
