@@ -27,13 +27,13 @@
 
 #include "../family_scene.h"
 #include "../quiet_stdout.h"
-#include "app_shell.h"
 #include "base/console.h"
-#include "content_view.h"
 #include "midi/host_selection.h"
-#include "set_all_run.h"
-#include "set_button_action.h"
-#include "window_status.h"
+#include "ui/press/set_all_run.h"
+#include "ui/press/set_button_action.h"
+#include "ui/shell/app_shell.h"
+#include "ui/shell/content_view.h"
+#include "ui/status/window_status.h"
 
 Q_IMPORT_QML_PLUGIN(DialcraftPlugin)
 

@@ -13,8 +13,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "app_shell.h"
-#include "content_view.h"
+#include "ui/shell/app_shell.h"
+#include "ui/shell/content_view.h"
 
 Q_IMPORT_QML_PLUGIN(DialcraftPlugin)
 

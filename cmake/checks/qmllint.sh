@@ -27,7 +27,7 @@ done
 $have_qtqml || missing_tool qmllint "the QtQml module's type descriptions are not installed" qml6-module-qtqml
 
 shopt -s nullglob
-files=("$qml_dir"/*.qml)
+files=("$qml_dir"/*.qml "$qml_dir"/*/*.qml)
 if [ ${#files[@]} -eq 0 ]; then
   echo "qmllint: FAILED: no QML files in $qml_dir"
   exit 1

@@ -61,7 +61,7 @@ int run_export(const CliContext& context)
         // The window after start-up, then its export button and save dialog.
         load_stored_records(state);
         transfer.setGlobalState(&state);
-        transfer.exportButtonPressed();
+        transfer.prepareExport();
     }
     QString failure;
     if (!transfer.writeDocument(QUrl::fromLocalFile(file), &failure)) {

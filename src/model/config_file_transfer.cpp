@@ -29,32 +29,6 @@ void ConfigFileTransfer::setGlobalState(GlobalState* state)
     emit globalStateChanged();
 }
 
-bool ConfigFileTransfer::importing() const
-{
-    return importing_;
-}
-
-void ConfigFileTransfer::setImporting(bool value)
-{
-    if (importing_ == value)
-        return;
-    importing_ = value;
-    emit importingChanged();
-}
-
-bool ConfigFileTransfer::exporting() const
-{
-    return exporting_;
-}
-
-void ConfigFileTransfer::setExporting(bool value)
-{
-    if (exporting_ == value)
-        return;
-    exporting_ = value;
-    emit exportingChanged();
-}
-
 QString ConfigFileTransfer::fileURLString() const
 {
     return fileURLString_;
@@ -79,20 +53,13 @@ void ConfigFileTransfer::setDocumentText(const QString& text)
     emit documentTextChanged();
 }
 
-void ConfigFileTransfer::exportButtonPressed()
+void ConfigFileTransfer::prepareExport()
 {
-    setExporting(true);
     state().setFullText(QStringLiteral("导出文件:\n导出配置文件"));
     for (int i = 0; i < mapped_knob_count; ++i)
         SetupAreaData_index_UI_to_config(state(), i, SlotMappingView::CreateConfigAreaView);
     updateDocument();
     emit exportPrepared();
-}
-
-void ConfigFileTransfer::exportCompleted(const QUrl& url)
-{
-    setExporting(false);
-    writeDocument(url);
 }
 
 bool ConfigFileTransfer::writeDocument(const QUrl& url, QString* failure)
@@ -112,22 +79,19 @@ bool ConfigFileTransfer::writeDocument(const QUrl& url, QString* failure)
     return true;
 }
 
-void ConfigFileTransfer::exportFailed(const QString& error)
+void ConfigFileTransfer::saveFailed(const QString& error)
 {
-    setExporting(false);
     print_line(error);
     emit fileNotSaved(error);
 }
 
-void ConfigFileTransfer::importButtonPressed()
+void ConfigFileTransfer::prepareImport()
 {
-    setImporting(true);
     state().setFullText(QStringLiteral("导入文件:\n导入配置文件"));
 }
 
-void ConfigFileTransfer::importCompleted(const QUrl& url)
+void ConfigFileTransfer::importFile(const QUrl& url)
 {
-    setImporting(false);
     const QString location = url.toString(QUrl::FullyEncoded);
     print_line(location);
     fileURLString_ = location;
@@ -144,16 +108,9 @@ void ConfigFileTransfer::importCompleted(const QUrl& url)
     device_connect_state_retval[11] = 0;
 }
 
-void ConfigFileTransfer::importFailed(const QString& error)
+void ConfigFileTransfer::openFailed(const QString& error)
 {
-    setImporting(false);
     print_line(error);
-}
-
-void ConfigFileTransfer::dialogCancelled()
-{
-    setImporting(false);
-    setExporting(false);
 }
 
 void ConfigFileTransfer::updateDocument()

@@ -1,7 +1,9 @@
 #pragma once
 // The import and export steps of the device and file panel, without the
-// dialogs: the window calls the *Pressed slots when a toolbar button is pressed
-// and the *Completed / *Failed slots from the dialogs' completion handlers.
+// dialogs: the document, the chosen file's location, the conversions in both
+// directions and the texts and lines of each step. The window's dialog
+// workflow holds the dialogs' flags and calls these steps from its buttons
+// and the dialogs' completions; dialcraft-cli calls them directly.
 #include <QObject>
 #include <QString>
 #include <QUrl>
@@ -12,8 +14,6 @@
 class ConfigFileTransfer : public QObject {
     Q_OBJECT
     Q_PROPERTY(GlobalState* globalState READ globalState WRITE setGlobalState NOTIFY globalStateChanged)
-    Q_PROPERTY(bool importing READ importing WRITE setImporting NOTIFY importingChanged)
-    Q_PROPERTY(bool exporting READ exporting WRITE setExporting NOTIFY exportingChanged)
     Q_PROPERTY(QString fileURLString READ fileURLString NOTIFY fileURLStringChanged)
     Q_PROPERTY(QString documentText READ documentText NOTIFY documentTextChanged)
 
@@ -22,33 +22,27 @@ public:
 
     GlobalState* globalState() const;
     void setGlobalState(GlobalState* state);
-    bool importing() const;
-    void setImporting(bool value);
-    bool exporting() const;
-    void setExporting(bool value);
     QString fileURLString() const;
     QString documentText() const;
 
     TextDocument document;  // starts as "123"
 
-    // Export: exporting = true, status text, knobs 0..26 into the table, updateDocument().
-    Q_INVOKABLE void exportButtonPressed();
-    // Writes `document` to the file the save dialog chose and prints the outcome.
-    Q_INVOKABLE void exportCompleted(const QUrl& url);
-    // The writing part of exportCompleted, for callers that need the outcome:
-    // prints the location or the failure as exportCompleted does, and on
-    // failure also hands the reason back.
+    // The export button's steps after raising the save dialog: the status
+    // text, knobs 0..26 into the table, updateDocument().
+    void prepareExport();
+    // Writes `document` to the file the save dialog chose and prints the
+    // location, or the failure; on failure also hands the reason back.
     bool writeDocument(const QUrl& url, QString* failure = nullptr);
-    Q_INVOKABLE void exportFailed(const QString& error);
-    // Import: importing = true, status text.
-    Q_INVOKABLE void importButtonPressed();
-    // The open dialog's completion: prints the location, loads the file, refreshes
-    // the records from the table as it stands; the file's slots are applied later
-    // on the event loop.
-    Q_INVOKABLE void importCompleted(const QUrl& url);
-    Q_INVOKABLE void importFailed(const QString& error);
-    // A dialog closed without a choice.
-    Q_INVOKABLE void dialogCancelled();
+    // The save dialog reported an error: it is printed as given.
+    void saveFailed(const QString& error);
+    // The import button's step after raising the open dialog: the status text.
+    void prepareImport();
+    // The open dialog's completion: prints the location, loads the file,
+    // refreshes the records from the table as it stands; the file's slots are
+    // applied later on the event loop.
+    void importFile(const QUrl& url);
+    // The open dialog reported an error: it is printed as given.
+    void openFailed(const QString& error);
 
     void updateDocument();
     // Returns how many slots the text held, before any padding.
@@ -57,8 +51,6 @@ public:
 
 signals:
     void globalStateChanged();
-    void importingChanged();
-    void exportingChanged();
     void fileURLStringChanged();
     void documentTextChanged();
 
@@ -77,7 +69,5 @@ private:
     void setDocumentText(const QString& text);
 
     GlobalState* state_ = nullptr;
-    bool importing_ = false;
-    bool exporting_ = false;
     QString fileURLString_;
 };

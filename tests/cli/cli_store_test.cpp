@@ -89,8 +89,8 @@ TEST_F(StoreTest, ExportWritesWhatTheWindowsExportWrites)
             SetupAreaData_index_config_to_UI(state, i);
         ConfigFileTransfer transfer;
         transfer.setGlobalState(&state);
-        transfer.exportButtonPressed();
-        transfer.exportCompleted(QUrl::fromLocalFile(QString::fromStdString(file("window.txt"))));
+        transfer.prepareExport();
+        transfer.writeDocument(QUrl::fromLocalFile(QString::fromStdString(file("window.txt"))));
     }
     EXPECT_EQ(read_file("cli.txt"), read_file("window.txt"));
 

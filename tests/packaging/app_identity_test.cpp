@@ -7,7 +7,7 @@
 #include <QIcon>
 #include <QTest>
 
-#include "app_shell.h"
+#include "ui/shell/app_shell.h"
 
 class AppIdentityTest : public QObject {
     Q_OBJECT

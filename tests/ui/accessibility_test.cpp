@@ -13,7 +13,7 @@
 #include "console_capture.h"
 #include "midi/host_selection.h"
 #include "midi/sim/sim_midi_host.h"
-#include "text_change_announcer.h"
+#include "ui/access/text_change_announcer.h"
 #include "window_harness.h"
 
 using Bytes = std::vector<uint8_t>;

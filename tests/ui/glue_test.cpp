@@ -2,8 +2,8 @@
 #include <QTest>
 
 #include "console_capture.h"
-#include "dialog_files.h"
-#include "set_button_action.h"
+#include "ui/dialogs/dialog_files.h"
+#include "ui/press/set_button_action.h"
 #include "window_harness.h"
 
 class GlueTest : public QObject {

@@ -11,9 +11,9 @@
 #include <QUrl>
 
 #include "console_capture.h"
-#include "dialog_files.h"
 #include "midi/host_selection.h"
 #include "midi/sim/sim_midi_host.h"
+#include "ui/dialogs/dialog_files.h"
 #include "window_harness.h"
 
 class SaveDialogTest : public QObject {

@@ -12,10 +12,10 @@
 #include "console_capture.h"
 #include "midi/host_selection.h"
 #include "model/print_line.h"
-#include "set_all_run.h"
 #include "sim_scene.h"
+#include "ui/press/set_all_run.h"
+#include "ui/status/window_status.h"
 #include "window_harness.h"
-#include "window_status.h"
 
 using Bytes = std::vector<uint8_t>;
 

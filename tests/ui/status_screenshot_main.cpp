@@ -10,10 +10,10 @@
 #include <cstdio>
 
 #include "midi/host_selection.h"
-#include "set_all_run.h"
 #include "sim_scene.h"
+#include "ui/press/set_all_run.h"
+#include "ui/status/window_status.h"
 #include "window_harness.h"
-#include "window_status.h"
 
 int main(int argc, char** argv)
 {

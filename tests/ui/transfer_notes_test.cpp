@@ -10,8 +10,8 @@
 #include "console_capture.h"
 #include "midi/host_selection.h"
 #include "midi/sim/sim_midi_host.h"
-#include "model/config_file_transfer.h"
-#include "status_texts.h"
+#include "ui/dialogs/file_dialog_flow.h"
+#include "ui/status/status_texts.h"
 #include "window_harness.h"
 
 class TransferNotesTest : public QObject {
@@ -98,7 +98,7 @@ private slots:
         harness.click(harness.item(QStringLiteral("exportButton")));
         QVERIFY(harness.cancelFileDialog(harness.saveDialog()));
         ConsoleCapture capture;
-        QMetaObject::invokeMethod(transfer(), "exportCompleted",
+        QMetaObject::invokeMethod(dialogFlow(), "exportCompleted",
                                   Q_ARG(QUrl, QUrl::fromLocalFile(dir.filePath(QStringLiteral("no folder/x.txt")))));
         const QStringList lines = capture.finishLines();
         QCOMPARE(lines.size(), 1);
@@ -140,7 +140,7 @@ private slots:
     {
         ConsoleCapture capture;
         const QUrl missing = QUrl::fromLocalFile(dir.filePath(QStringLiteral("gone.txt")));
-        QMetaObject::invokeMethod(transfer(), "importCompleted", Q_ARG(QUrl, missing));
+        QMetaObject::invokeMethod(dialogFlow(), "importCompleted", Q_ARG(QUrl, missing));
         QTest::qWait(20);
         const QStringList lines = capture.finishLines();
         QVERIFY(lines.value(1).startsWith(QStringLiteral("Failed to read file: ")));
@@ -149,7 +149,7 @@ private slots:
     }
 
 private:
-    QObject* transfer() const { return harness.window()->findChild<ConfigFileTransfer*>(); }
+    QObject* dialogFlow() const { return harness.window()->findChild<FileDialogFlow*>(); }
     QString statusMessage() const { return harness.item(QStringLiteral("statusMessage"))->property("text").toString(); }
 
     SimMidiHost sim;

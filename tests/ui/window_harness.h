@@ -11,10 +11,10 @@
 
 #include <memory>
 
-#include "app_shell.h"
-#include "content_view.h"
 #include "midi/sim/sim_midi_host.h"
 #include "model/global_state.h"
+#include "ui/shell/app_shell.h"
+#include "ui/shell/content_view.h"
 
 // Writes `image` as a PNG to `path`; says on standard error when it cannot.
 bool save_picture(const QImage& image, const char* path);

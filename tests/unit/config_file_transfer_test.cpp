@@ -69,7 +69,7 @@ protected:
         ImportOutput out;
         {
             ConsoleCapture capture;
-            transfer_.importCompleted(url);
+            transfer_.importFile(url);
             out.during = capture.finishLines();
         }
         ConsoleCapture capture;
@@ -111,8 +111,6 @@ TEST_F(ConfigFileTransferTest, StartsIdleWithDocument123)
     ConfigFileTransfer fresh;
     EXPECT_EQ(fresh.document.text, "123");
     EXPECT_EQ(fresh.documentText(), "123");
-    EXPECT_FALSE(fresh.importing());
-    EXPECT_FALSE(fresh.exporting());
     EXPECT_EQ(fresh.fileURLString(), "");
     EXPECT_EQ(fresh.globalState(), nullptr);
 }
@@ -143,13 +141,9 @@ TEST_F(ConfigFileTransferTest, ExportPressCopiesKnobs0To26AndBuildsTheText)
     set_knob(5, "Control Change", "2", "74");
     set_knob(26, "Note Off", "", "05");
     set_knob(27, "Note On", "1", "1");  // never mapped
-    QSignalSpy exporting(&transfer_, &ConfigFileTransfer::exportingChanged);
     ConsoleCapture out;
-    transfer_.exportButtonPressed();
+    transfer_.prepareExport();
     EXPECT_EQ(out.finishLines(), accessing_lines());
-    EXPECT_TRUE(transfer_.exporting());
-    EXPECT_EQ(exporting.count(), 1);
-    EXPECT_FALSE(transfer_.importing());
     EXPECT_EQ(state_.fullText(), QStringLiteral("导出文件:\n导出配置文件"));
 
     QStringList lines;
@@ -179,13 +173,12 @@ TEST_F(ConfigFileTransferTest, ExportCompletedWritesTheBytesAndPrintsTheLocation
 {
     {
         ConsoleCapture out;
-        transfer_.exportButtonPressed();
+        transfer_.prepareExport();
         out.finish();
     }
     ConsoleCapture out;
-    transfer_.exportCompleted(url_of("knobs.txt"));
+    EXPECT_TRUE(transfer_.writeDocument(url_of("knobs.txt")));
     EXPECT_EQ(out.finishLines(), QStringList{url_of("knobs.txt").toString(QUrl::FullyEncoded)});
-    EXPECT_FALSE(transfer_.exporting());
     const QByteArray bytes = read_file("knobs.txt");
     EXPECT_EQ(bytes, transfer_.document.text.toUtf8());
     EXPECT_FALSE(bytes.endsWith('\n'));
@@ -201,7 +194,7 @@ TEST_F(ConfigFileTransferTest, ExportReplacesAnExistingFile)
     configuration.settings = {"a", "b"};
     transfer_.updateDocument();
     ConsoleCapture out;
-    transfer_.exportCompleted(url_of("knobs.txt"));
+    transfer_.writeDocument(url_of("knobs.txt"));
     out.finish();
     EXPECT_EQ(read_file("knobs.txt"), QByteArray("a\nb"));
 }
@@ -211,69 +204,49 @@ TEST_F(ConfigFileTransferTest, ExportLocationWithBlanksIsPrintedAsAUrl)
     ASSERT_TRUE(QDir(dir_.path()).mkdir("my knobs"));
     transfer_.updateDocument();
     ConsoleCapture out;
-    transfer_.exportCompleted(url_of("my knobs/中.txt"));
+    transfer_.writeDocument(url_of("my knobs/中.txt"));
     EXPECT_EQ(QString::fromStdString(out.finish()), "file://" + dir_.path() + "/my%20knobs/%E4%B8%AD.txt\n");
 }
 
 TEST_F(ConfigFileTransferTest, ExportThatCannotWritePrintsTheErrorAndChangesNothingElse)
 {
-    transfer_.setExporting(true);
     transfer_.document.text = "abc";
     ConsoleCapture out;
-    transfer_.exportCompleted(url_of("missing folder/knobs.txt"));
+    QString failure;
+    EXPECT_FALSE(transfer_.writeDocument(url_of("missing folder/knobs.txt"), &failure));
     const QStringList lines = out.finishLines();
     ASSERT_EQ(lines.size(), 1);
     EXPECT_TRUE(lines[0].startsWith("Failed to write file: ")) << lines[0].toStdString();
     EXPECT_GT(lines[0].size(), QString("Failed to write file: ").size());
-    EXPECT_FALSE(transfer_.exporting());
+    EXPECT_EQ(lines[0], "Failed to write file: " + failure);
     EXPECT_FALSE(QFile::exists(dir_.filePath("missing folder/knobs.txt")));
 }
 
 TEST_F(ConfigFileTransferTest, DialogErrorsArePrintedAsGiven)
 {
-    transfer_.setExporting(true);
     {
         ConsoleCapture out;
-        transfer_.exportFailed("The disk is full.");
+        transfer_.saveFailed("The disk is full.");
         EXPECT_EQ(out.finish(), "The disk is full.\n");
     }
-    EXPECT_FALSE(transfer_.exporting());
-    transfer_.importButtonPressed();
+    transfer_.prepareImport();
     configuration.settings = {"kept"};
     {
         ConsoleCapture out;
-        transfer_.importFailed(QStringLiteral("无法打开"));
+        transfer_.openFailed(QStringLiteral("无法打开"));
         EXPECT_EQ(QString::fromStdString(out.finish()), QStringLiteral("无法打开\n"));
     }
     QCoreApplication::sendPostedEvents();
-    EXPECT_FALSE(transfer_.importing());
     EXPECT_EQ(configuration.settings, QStringList{"kept"});
     EXPECT_EQ(transfer_.fileURLString(), "");
 }
 
 TEST_F(ConfigFileTransferTest, ImportPressShowsTheStatusText)
 {
-    QSignalSpy importing(&transfer_, &ConfigFileTransfer::importingChanged);
     ConsoleCapture out;
-    transfer_.importButtonPressed();
+    transfer_.prepareImport();
     EXPECT_EQ(out.finish(), "");
-    EXPECT_TRUE(transfer_.importing());
-    EXPECT_EQ(importing.count(), 1);
     EXPECT_EQ(state_.fullText(), QStringLiteral("导入文件:\n导入配置文件"));
-}
-
-TEST_F(ConfigFileTransferTest, CancelledDialogsOnlyLowerTheirFlags)
-{
-    transfer_.importButtonPressed();
-    transfer_.setExporting(true);
-    state_.setFullText("unchanged");
-    ConsoleCapture out;
-    transfer_.dialogCancelled();
-    EXPECT_EQ(out.finish(), "");
-    EXPECT_FALSE(transfer_.importing());
-    EXPECT_FALSE(transfer_.exporting());
-    EXPECT_EQ(state_.fullText(), "unchanged");
-    EXPECT_EQ(configuration.settings, blanks(90));
 }
 
 TEST_F(ConfigFileTransferTest, ThreeLineFileFillsUpTo300)
@@ -381,7 +354,7 @@ TEST_F(ConfigFileTransferTest, ImportRefreshesRecordsFromTheOldTableAndAppliesTh
 
     {
         ConsoleCapture out;
-        transfer_.importCompleted(first);
+        transfer_.importFile(first);
         EXPECT_EQ(out.finishLines(), (QStringList{first.toString(QUrl::FullyEncoded),
                                                   "PPP Loaded settings: " + list_notation(old_table)}));
     }
@@ -422,8 +395,8 @@ TEST_F(ConfigFileTransferTest, ExportedPlaceholderComesBackAsControlChange)
     set_knob(2, "选择消息类型", "7", "70");
     {
         ConsoleCapture out;
-        transfer_.exportButtonPressed();
-        transfer_.exportCompleted(url_of("out.txt"));
+        transfer_.prepareExport();
+        transfer_.writeDocument(url_of("out.txt"));
         out.finish();
     }
     GlobalState other;
@@ -431,9 +404,9 @@ TEST_F(ConfigFileTransferTest, ExportedPlaceholderComesBackAsControlChange)
     panel.setGlobalState(&other);
     configuration = Configuration{initialSettings()};
     ConsoleCapture out;
-    panel.importCompleted(url_of("out.txt"));
+    panel.importFile(url_of("out.txt"));
     QCoreApplication::sendPostedEvents();
-    panel.importCompleted(url_of("out.txt"));  // the refresh that shows the file
+    panel.importFile(url_of("out.txt"));  // the refresh that shows the file
     QCoreApplication::sendPostedEvents();
     out.finish();
     expect_knob(other, 2, "Control Change", "7", "70");
@@ -449,16 +422,16 @@ TEST_F(ConfigFileTransferTest, EmptyChannelLineIsDroppedAndLaterKnobsShift)
         set_knob(i, "Note On", "4", "63");
     {
         ConsoleCapture out;
-        transfer_.exportButtonPressed();
-        transfer_.exportCompleted(url_of("gap.txt"));
+        transfer_.prepareExport();
+        transfer_.writeDocument(url_of("gap.txt"));
         out.finish();
     }
     EXPECT_TRUE(read_file("gap.txt").startsWith("Note On\n1\n60\nNote Off\n\n61\nBend Change\n3\n62\n"));
 
     ConsoleCapture out;
-    transfer_.importCompleted(url_of("gap.txt"));
+    transfer_.importFile(url_of("gap.txt"));
     QCoreApplication::sendPostedEvents();
-    transfer_.importCompleted(url_of("gap.txt"));
+    transfer_.importFile(url_of("gap.txt"));
     QCoreApplication::sendPostedEvents();
     out.finish();
     EXPECT_EQ(configuration.settings.mid(0, 8),
@@ -609,7 +582,7 @@ TEST_F(ConfigFileTransferTest, QueuedBlockIsDroppedWithItsPanel)
     panel->setGlobalState(&state_);
     {
         ConsoleCapture out;
-        panel->importCompleted(write_file("three.txt", "Note On\n1\n60"));
+        panel->importFile(write_file("three.txt", "Note On\n1\n60"));
         out.finish();
     }
     delete panel;
@@ -623,12 +596,10 @@ TEST_F(ConfigFileTransferTest, PropertiesAnnounceTheirChanges)
 {
     QSignalSpy url(&transfer_, &ConfigFileTransfer::fileURLStringChanged);
     QSignalSpy text(&transfer_, &ConfigFileTransfer::documentTextChanged);
-    QSignalSpy importing(&transfer_, &ConfigFileTransfer::importingChanged);
-    transfer_.importButtonPressed();
+    transfer_.prepareImport();
     import_file(write_file("three.txt", "Note On\n1\n60"));
     EXPECT_EQ(url.count(), 1);
     EXPECT_EQ(text.count(), 1);
-    EXPECT_EQ(importing.count(), 2);
     EXPECT_EQ(transfer_.documentText(), "Note On\n1\n60");
 }
 
@@ -638,8 +609,8 @@ TEST_F(ConfigFileTransferDeathTest, ButtonsWithoutStateAreFatal)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     ConfigFileTransfer panel;
-    EXPECT_DEATH(panel.exportButtonPressed(), "Unexpectedly found nil while unwrapping an Optional value");
-    EXPECT_DEATH(panel.importButtonPressed(), "Unexpectedly found nil while unwrapping an Optional value");
+    EXPECT_DEATH(panel.prepareExport(), "Unexpectedly found nil while unwrapping an Optional value");
+    EXPECT_DEATH(panel.prepareImport(), "Unexpectedly found nil while unwrapping an Optional value");
 }
 
 }  // namespace

@@ -1,0 +1,38 @@
+#pragma once
+// The model's types as QML sees them. The state and records are created by
+// the model, never by QML; the file transfer belongs to the window's file
+// dialog workflow.
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+#include "model/config_file_transfer.h"
+#include "model/global_state.h"
+#include "model/knob_record.h"
+
+struct GlobalStateForeign {
+    Q_GADGET
+    QML_FOREIGN(GlobalState)
+    QML_NAMED_ELEMENT(GlobalState)
+    QML_UNCREATABLE("The main window owns the one GlobalState.")
+};
+
+struct CreateSetupAreaViewDataForeign {
+    Q_GADGET
+    QML_FOREIGN(CreateSetupAreaViewData)
+    QML_NAMED_ELEMENT(CreateSetupAreaViewData)
+    QML_UNCREATABLE("Knob records belong to the GlobalState.")
+};
+
+struct CreateConfigAreaViewDataForeign {
+    Q_GADGET
+    QML_FOREIGN(CreateConfigAreaViewData)
+    QML_NAMED_ELEMENT(CreateConfigAreaViewData)
+    QML_UNCREATABLE("The device panel's record belongs to the GlobalState.")
+};
+
+struct ConfigFileTransferForeign {
+    Q_GADGET
+    QML_FOREIGN(ConfigFileTransfer)
+    QML_NAMED_ELEMENT(ConfigFileTransfer)
+    QML_UNCREATABLE("Each FileDialogFlow owns its file transfer.")
+};

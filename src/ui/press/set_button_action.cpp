@@ -1,0 +1,31 @@
+#include "ui/press/set_button_action.h"
+
+#include "ui/press/set_press.h"
+#include "ui/status/status_texts.h"
+#include "ui/status/window_status.h"
+
+SetButtonAction::SetButtonAction(QObject* parent) : QObject(parent) {}
+
+void SetButtonAction::setData(CreateSetupAreaViewData* record)
+{
+    if (data_ == record)
+        return;
+    data_ = record;
+    emit dataChanged();
+}
+
+void SetButtonAction::setGlobalState(GlobalState* state)
+{
+    if (globalState_ == state)
+        return;
+    globalState_ = state;
+    emit globalStateChanged();
+}
+
+void SetButtonAction::press()
+{
+    if (!data_ || !globalState_)
+        return;
+    const SetPressOutcome outcome = press_set_button(*data_, *globalState_);
+    WindowStatus::of(*globalState_)->setMessage(press_status_text(outcome));
+}

@@ -1,0 +1,36 @@
+// The device and file panel: the two children it gives the window's root row
+// (an empty, flexible column, then the device column), the window's top bar
+// with the import and export buttons, and the file dialogs those raise.
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Dialcraft
+
+RowLayout {
+    id: area
+
+    required property CreateConfigAreaViewData record
+    required property GlobalState globalState
+
+    // Placed by the window as its top bar.
+    property ToolBar toolBar: TopBar {
+        globalState: area.globalState
+        dialogs: dialogs
+    }
+
+    FileDialogs {
+        id: dialogs
+        globalState: area.globalState
+        host: area
+    }
+
+    // The empty, flexible column that carries the top bar.
+    Item {
+        Layout.fillWidth: true
+    }
+
+    DeviceColumn {
+        globalState: area.globalState
+        transfer: dialogs.transfer
+    }
+}

@@ -1,0 +1,62 @@
+#include "ui/shell/app_shell.h"
+
+#include "ui/access/accessible_enabled_state.h"
+
+#include <QFont>
+#include <QIcon>
+#include <QQmlApplicationEngine>
+#include <QQuickStyle>
+#include <QQuickWindow>
+#include <QUrl>
+
+Q_LOGGING_CATEGORY(logger, "io.github.dialcraft.ui")
+
+void configure_application(QGuiApplication& app)
+{
+    // The stored knob table lives in the settings of this organisation and application.
+    app.setOrganizationName(QStringLiteral("dialcraft"));
+    app.setApplicationName(QStringLiteral("dialcraft"));
+    app.setApplicationVersion(QStringLiteral(DIALCRAFT_VERSION));
+
+    // Desktops match the window to io.github.dialcraft.Dialcraft.desktop by
+    // this name (the Wayland app id); the icon's sizes are compiled into the
+    // program, so the window shows it whatever the icon theme holds.
+    app.setDesktopFileName(QStringLiteral("io.github.dialcraft.Dialcraft"));
+    QIcon icon;
+    for (int size : {48, 128, 256})
+        icon.addFile(QStringLiteral(":/icons/%1.png").arg(size), QSize(size, size));
+    app.setWindowIcon(icon);
+
+    // The labels are mostly Chinese: keep the system's face for Latin text and
+    // fall back to the simplified-Chinese CJK face for the rest, so Han
+    // characters never take the Japanese forms of a generic fallback.
+    QFont font = app.font();
+    font.setFamilies({font.family(), QStringLiteral("Noto Sans CJK SC")});
+    app.setFont(font);
+
+    // A desktop look on every platform; the set button draws its own face.
+    QQuickStyle::setStyle(QStringLiteral("Fusion"));
+
+    report_disabled_quick_controls();
+}
+
+QQuickWindow* load_main_window(QQmlApplicationEngine& engine)
+{
+    engine.load(QUrl(QStringLiteral("qrc:/Dialcraft/Main.qml")));
+    const auto roots = engine.rootObjects();
+    return roots.isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(roots.first());
+}
+
+int dialcraftApp::run(int& argc, char** argv)
+{
+    QGuiApplication app(argc, argv);
+    configure_application(app);
+    scenePhase = app.applicationState();
+    QObject::connect(&app, &QGuiApplication::applicationStateChanged,
+                     [this](Qt::ApplicationState state) { scenePhase = state; });
+
+    QQmlApplicationEngine engine;
+    if (!load_main_window(engine))
+        return 1;
+    return app.exec();
+}

@@ -1,0 +1,125 @@
+#include "ui/status/status_texts.h"
+
+QString knob_list_text(const QList<int>& knobs)
+{
+    QStringList parts;
+    for (qsizetype i = 0; i < knobs.size();) {
+        qsizetype end = i;
+        while (end + 1 < knobs.size() && knobs[end + 1] == knobs[end] + 1)
+            ++end;
+        if (end - i >= 2) {
+            parts.append(QString::number(knobs[i]) + u'-' + QString::number(knobs[end]));
+        } else {
+            for (qsizetype k = i; k <= end; ++k)
+                parts.append(QString::number(knobs[k]));
+        }
+        i = end + 1;
+    }
+    return parts.join(QStringLiteral(", "));
+}
+
+QString presence_text(const QStringList& serials)
+{
+    if (serials.isEmpty())
+        return QStringLiteral("未发现控制器(No controller found)");
+    return QStringLiteral("已连接(Connected): ") + serials.join(QStringLiteral(", "));
+}
+
+// "5条消息已送达(5 messages accepted) → 4AC1CC27 MIDI 1", with the refused
+// ones added when there were any.
+static QString accepted_text(int accepted, int refused, const QStringList& destinations)
+{
+    const QString count = QString::number(accepted);
+    QString text = count + QStringLiteral("条消息已送达(") + count +
+                   (accepted == 1 ? QStringLiteral(" message accepted) → ")
+                                  : QStringLiteral(" messages accepted) → ")) +
+                   destinations.join(QStringLiteral(", "));
+    if (refused > 0)
+        text += QStringLiteral("; ") + QString::number(refused) + QStringLiteral("条被拒绝(") +
+                QString::number(refused) + QStringLiteral(" refused)");
+    return text;
+}
+
+static QString nothing_sent_text(bool programmed, int refused)
+{
+    if (refused > 0)
+        return QStringLiteral("未送达任何消息, ") + QString::number(refused) +
+               QStringLiteral("条被拒绝(Nothing was accepted, ") + QString::number(refused) +
+               QStringLiteral(" refused)");
+    if (programmed)
+        return QStringLiteral("未发送任何消息, 未找到控制器(Nothing was sent, no controller found)");
+    return QStringLiteral("未发送任何消息(Nothing was sent)");
+}
+
+QString press_status_text(const SetPressOutcome& outcome)
+{
+    const QString knob = QStringLiteral("旋钮") + QString::number(outcome.knob) + QStringLiteral(": ");
+    if (outcome.accepted > 0)
+        return knob + accepted_text(outcome.accepted, outcome.refused, outcome.destinations);
+    return knob + nothing_sent_text(outcome.programmed, outcome.refused);
+}
+
+QString set_all_sent_text(int accepted, int refused, const QStringList& destinations)
+{
+    const QString head = QStringLiteral("全部设置(Set All): ");
+    if (accepted > 0)
+        return head + accepted_text(accepted, refused, destinations);
+    return head + nothing_sent_text(true, refused);
+}
+
+QString set_all_progress_text(int done, int total, int knob)
+{
+    return QStringLiteral("全部设置(Set All) ") + QString::number(done) + u'/' + QString::number(total) +
+           QStringLiteral(", 旋钮(Knob) ") + QString::number(knob);
+}
+
+QString set_all_summary(const SetAllTally& tally)
+{
+    QStringList lines;
+    lines.append(tally.stopped ? QStringLiteral("全部设置已停止(Set All stopped)")
+                               : QStringLiteral("全部设置完成(Set All done)"));
+    lines.append(QStringLiteral("成功(succeeded): ") + QString::number(tally.succeeded));
+    lines.append(QStringLiteral("失败(failed): ") + QString::number(tally.failed.size()));
+    lines.append(QStringLiteral("跳过(skipped): ") + QString::number(tally.skipped));
+    if (tally.stopped)
+        lines.append(QStringLiteral("未设置(not run): ") + QString::number(tally.notRun));
+    for (const SetPressOutcome& press : tally.failed)
+        lines.append(QStringLiteral("旋钮") + QString::number(press.knob) + QStringLiteral(": ") +
+                     press.fullText.section(u'\n', 0, 0));
+    return lines.join(u'\n');
+}
+
+QString export_gap_warning(const QList<int>& knobs)
+{
+    const QString list = knob_list_text(knobs);
+    return QStringLiteral("注意: 旋钮 ") + list + QStringLiteral(" 有空字段, 导入时其后各行将错位(Knobs ") + list +
+           QStringLiteral(" have empty fields; on import the lines after them shift)");
+}
+
+QString saved_text(const QUrl& url)
+{
+    return QStringLiteral("已保存到(Saved to) ") + url.toDisplayString(QUrl::PreferLocalFile);
+}
+
+QString not_saved_text(const QString& reason)
+{
+    return QStringLiteral("未能保存(Not saved): ") + reason;
+}
+
+QString read_text(const QUrl& url, qsizetype slotCount)
+{
+    const QString count = QString::number(slotCount);
+    return QStringLiteral("已从 ") + url.toDisplayString(QUrl::PreferLocalFile) + QStringLiteral(" 读取") + count +
+           QStringLiteral("个槽位, 面板下次刷新时显示(") + count +
+           (slotCount == 1 ? QStringLiteral(" slot read; the panels show it")
+                           : QStringLiteral(" slots read; the panels show them")) +
+           QStringLiteral(" from the next refresh on)");
+}
+
+QString not_read_text(const QString& location)
+{
+    // The location is the URL text the import took; a local file shows as its path.
+    const QUrl url(location, QUrl::StrictMode);
+    const QString shown = url.isValid() && url.isLocalFile() ? url.toDisplayString(QUrl::PreferLocalFile) : location;
+    return QStringLiteral("未能读取(Could not read) ") + shown;
+}

@@ -1,0 +1,44 @@
+#pragma once
+// The wording of the window's status line and of the set-all summary: Chinese
+// first, English in parentheses. None of it is ever printed.
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+
+#include "ui/press/set_press.h"
+
+// Knob numbers as a short list with runs joined: {0, 1, 2, 5, 7, 8} gives
+// "0-2, 5, 7, 8" (a run of two stays two numbers).
+QString knob_list_text(const QList<int>& knobs);
+
+// Which controllers of the family the service shows; `serials` in its order.
+QString presence_text(const QStringList& serials);
+
+// What one press really did.
+QString press_status_text(const SetPressOutcome& outcome);
+
+// How many messages a whole set-all run got accepted and where.
+QString set_all_sent_text(int accepted, int refused, const QStringList& destinations);
+// Progress while the run goes on: `done` of `total` knobs, `knob` the last.
+QString set_all_progress_text(int done, int total, int knob);
+
+struct SetAllTally {
+    int succeeded = 0;
+    int skipped = 0;
+    int notRun = 0;  // left when the run was stopped
+    bool stopped = false;
+    // Each failed press with its fullText, in run order.
+    QList<SetPressOutcome> failed;
+};
+// The summary that stands in fullText after a set-all run. Each failed knob
+// gets a line with its number and the first line of its message.
+QString set_all_summary(const SetAllTally& tally);
+
+// Export: the working knobs whose fields are empty and will shift on import.
+QString export_gap_warning(const QList<int>& knobs);
+QString saved_text(const QUrl& url);
+QString not_saved_text(const QString& reason);
+// Import: how many slots were read from which file.
+QString read_text(const QUrl& url, qsizetype slotCount);
+QString not_read_text(const QString& location);
