@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "midi/decode/midi_byte_decoder.h"
+#include "midi/decode/midi_data_length.h"
 #include "midi_message_printer.h"
 
 namespace {

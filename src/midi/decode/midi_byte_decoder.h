@@ -58,7 +58,3 @@ private:
     uint8_t needed_ = 0;    // data bytes it takes
     bool in_sysex_ = false;
 };
-
-// Data bytes that follow a status byte: 2, 1 or 0 (real-time, tune request,
-// the undefined ones, and SysEx, which is open-ended).
-uint8_t midi_data_length(uint8_t status);
