@@ -52,6 +52,9 @@ std::optional<KnobSends> knob_sends_from_held(int knob, const HeldSetting& held)
 
 KnobMatcher knob_attribution(const QString& serial, const ControllerLedger& ledger, const GlobalState* state)
 {
+    // Only the family's controllers were programmed with these settings.
+    if (!machine_type_array().contains(serial))
+        return KnobMatcher();
     // Knob to setting; the map keeps knob order and lets the ledger win.
     std::map<int, std::optional<KnobSends>> settings;
     if (const auto held = ledger.controllers.find(serial); held != ledger.controllers.end())

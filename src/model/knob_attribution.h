@@ -27,5 +27,7 @@ std::optional<KnobSends> knob_sends_from_held(int knob, const HeldSetting& held)
 
 // The settings of controller `serial`: every knob the ledger holds for it,
 // then the table's knobs 0 to 26 that the ledger has nothing for, in knob
-// order. `state` may be null when there is no window table (the cli).
+// order. `state` may be null when there is no window table (the cli). A
+// serial outside 4AC0CC27 to 4ACFCC27 gets no knobs: nothing it sends is
+// attributed.
 KnobMatcher knob_attribution(const QString& serial, const ControllerLedger& ledger, const GlobalState* state);

@@ -89,3 +89,14 @@ TEST(KnobAttribution, AFreshTableMatchesNothing)
     GlobalState state;
     EXPECT_TRUE(knob_attribution("4AC3CC27", ControllerLedger{}, &state).knobs().empty());
 }
+
+TEST(KnobAttribution, AControllerOutsideTheFamilyGetsNoKnobs)
+{
+    GlobalState state;
+    set_knob(state, 5, "Control Change", "2", "74");
+    ControllerLedger ledger;
+    ledger.controllers["4AD3CC27"][5] = {"Control Change", 2, 74, epoch};
+    EXPECT_TRUE(knob_attribution("4AD3CC27", ledger, &state).knobs().empty());
+    EXPECT_TRUE(knob_attribution("4ac3cc27", ledger, &state).knobs().empty());
+    EXPECT_EQ(knob_attribution("4ACFCC27", ledger, &state).matched_knobs(cc_2_74), (std::vector<int>{5}));
+}
