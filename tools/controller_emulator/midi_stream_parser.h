@@ -2,6 +2,11 @@
 // Cuts a raw MIDI byte stream, as a controller's MIDI input receives it, into
 // whole messages: channel messages (with running status), system common
 // messages, system exclusive blocks and single-byte real-time messages.
+//
+// The monitor's decoder (midi/decode/midi_byte_decoder.h) does not serve here:
+// the emulator records every byte the host sent, SysEx bodies and system
+// common data included, and frames programming from raw bytes, while that
+// decoder yields meanings and skips SysEx. Both share the data-length table.
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -21,7 +26,3 @@ private:
     size_t expected_data_ = 0;
     bool in_sysex_ = false;
 };
-
-// Number of data bytes that follow a status byte (0 for real-time and the
-// single-byte system messages; system exclusive is open-ended and gives 0).
-size_t midi_data_length(uint8_t status);

@@ -1,0 +1,11 @@
+#pragma once
+// Readable MidiMessage values in GoogleTest's failure messages.
+#include <ostream>
+
+#include "midi/decode/midi_message.h"
+
+inline void PrintTo(const MidiMessage& m, std::ostream* out)
+{
+    *out << midi_kind_name(m.kind) << " channel " << int(m.channel) << " number " << int(m.number) << " value "
+         << m.value;
+}
