@@ -6,6 +6,7 @@
 #include <cerrno>
 
 #include "midi/alsa/host_state.h"
+#include "midi/alsa/sequencer_client.h"
 
 namespace {
 // alsa-lib reports some failures it also returns (such as a missing
@@ -129,15 +130,8 @@ MidiStatus AlsaMidiHost::client_create(const char* name, MidiObjectRef* out_clie
         return -EINVAL;
     auto c = std::make_unique<AlsaOwnClient>();
     // Output only: this client never receives, so nothing can pile up in it.
-    if (int err = snd_seq_open(&c->seq, "default", SND_SEQ_OPEN_OUTPUT, SND_SEQ_NONBLOCK); err < 0) {
-        c->seq = nullptr;
+    if (MidiStatus err = open_sequencer_client(name, AlsaClientDirection::output, &c->seq, &c->id); err != 0)
         return err;
-    }
-    if (int err = snd_seq_set_client_name(c->seq, name); err < 0)
-        return err;
-    c->id = snd_seq_client_id(c->seq);
-    if (c->id < 0)
-        return c->id;
     if (int err = snd_midi_event_new(sizeof(MidiPacket::data), &c->encoder); err < 0) {
         c->encoder = nullptr;
         return err;
