@@ -61,17 +61,14 @@ MidiStatus AlsaMidiHost::State::start_watcher()
     // A stopped thread has said why on stderr; a new watcher starts afresh.
     watcher.reset();
     ++own_changes;
-    std::unique_ptr<AlsaAnnounceWatcher> opened;
-    if (MidiStatus err = AlsaAnnounceWatcher::open(&opened); err != 0)
+    if (MidiStatus err = AlsaAnnounceWatcher::open(&watches, &watcher); err != 0)
         return err;
-    opened->set_change_proc(change_proc, change_context);
-    watcher = std::move(opened);
     return 0;
 }
 
 void AlsaMidiHost::State::stop_watcher_if_idle()
 {
-    if (watcher && clients.empty() && !change_proc) {
+    if (watcher && clients.empty() && watches.empty()) {
         watcher.reset();
         ++own_changes;
     }
@@ -241,21 +238,17 @@ std::unique_ptr<MidiHost> make_alsa_midi_host()
     return std::make_unique<AlsaMidiHost>();
 }
 
-MidiStatus AlsaMidiHost::watch_changes(MidiChangeProc proc, void* context)
+MidiStatus AlsaMidiHost::watch_changes(MidiChangeProc proc, void* context, MidiChangeWatch* watch)
 {
-    State& s = *state_;
-    if (!proc) {
-        if (s.watcher)
-            s.watcher->set_change_proc(nullptr, nullptr);
-        s.change_proc = nullptr;
-        s.change_context = nullptr;
-        s.stop_watcher_if_idle();
-        return 0;
-    }
-    if (MidiStatus err = s.start_watcher(); err != 0)
+    if (!proc || !watch)
+        return -EINVAL;
+    State* s = state_.get();
+    if (MidiStatus err = s->start_watcher(); err != 0)
         return err;
-    s.change_proc = proc;
-    s.change_context = context;
-    s.watcher->set_change_proc(proc, context);
+    const uint64_t id = s->watches.add(proc, context);
+    *watch = MidiChangeWatch([s, id] {
+        s->watches.remove(id);
+        s->stop_watcher_if_idle();
+    });
     return 0;
 }

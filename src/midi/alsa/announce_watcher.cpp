@@ -5,7 +5,6 @@
 
 #include <atomic>
 #include <cerrno>
-#include <mutex>
 
 namespace {
 // The announcements that change what the device lists or card names hold.
@@ -34,9 +33,8 @@ struct AlsaAnnounceWatcher::State final : AlsaEventSink {
     // Set by the thread while it reads a batch of announcements.
     bool changed = false;
 
-    std::mutex proc_mutex;
-    MidiChangeProc proc = nullptr;
-    void* proc_context = nullptr;
+    // Told after every counted change; owned by the host, outlives this.
+    MidiChangeSubscribers* told = nullptr;
 
     // The thread first: it may be telling the callback. The reader closes
     // the client after the rest of the state is gone.
@@ -78,16 +76,15 @@ struct AlsaAnnounceWatcher::State final : AlsaEventSink {
 
 void AlsaAnnounceWatcher::State::tell()
 {
-    std::lock_guard lock(proc_mutex);
-    if (proc)
-        proc(proc_context);
+    told->tell();
 }
 
-MidiStatus AlsaAnnounceWatcher::open(std::unique_ptr<AlsaAnnounceWatcher>* out)
+MidiStatus AlsaAnnounceWatcher::open(MidiChangeSubscribers* told, std::unique_ptr<AlsaAnnounceWatcher>* out)
 {
-    if (!out)
+    if (!told || !out)
         return -EINVAL;
     auto state = std::make_unique<State>();
+    state->told = told;
     if (MidiStatus err = state->reader.open("MIDI Client changes"); err != 0)
         return err;
     snd_seq_t* seq = state->reader.handle();
@@ -136,11 +133,4 @@ bool AlsaAnnounceWatcher::unchanged_since(uint64_t count, bool check_queue) cons
     // Queued, or not known: either way not known to be unchanged. If the
     // thread read the queue meanwhile, it marked itself reading first.
     return state_->reader.queue_known_empty() && quiet();
-}
-
-void AlsaAnnounceWatcher::set_change_proc(MidiChangeProc proc, void* context)
-{
-    std::lock_guard lock(state_->proc_mutex);
-    state_->proc = proc;
-    state_->proc_context = context;
 }
