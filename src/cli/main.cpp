@@ -3,14 +3,16 @@
 #include <unistd.h>
 
 #include <iostream>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "cli/cli.h"
-#include "midi/host_selection.h"
+#include "midi/alsa/alsa_midi_host.h"
 
 int main(int argc, char** argv)
 {
     const std::vector<std::string> args(argv + 1, argv + argc);
-    return run_cli(args, midi_host(), std::cout, std::cerr, isatty(STDERR_FILENO) == 1);
+    const std::unique_ptr<MidiHost> alsa = make_alsa_midi_host();
+    return run_cli(args, *alsa, std::cout, std::cerr, isatty(STDERR_FILENO) == 1);
 }

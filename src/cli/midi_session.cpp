@@ -10,16 +10,15 @@
 #include "midi/family_presence.h"
 #include "midi/midi_link.h"
 
-MidiSession::MidiSession(MidiHost& host)
+MidiSession::MidiSession(MidiHost& host) : previous_(set_midi_host(&host))
 {
-    set_midi_host(&host);
     opened_ = midi_init() == 0;
 }
 
 MidiSession::~MidiSession()
 {
     midi_exit();
-    set_midi_host(nullptr);
+    set_midi_host(previous_);
 }
 
 int choose_menu_serial(const CliContext& context, MidiSession& session, std::string* menu_serial)

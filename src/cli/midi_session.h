@@ -11,7 +11,7 @@ class MidiSession {
 public:
     // Selects `host` for the link and opens the link's client (midi_init).
     explicit MidiSession(MidiHost& host);
-    // Closes the client (midi_exit) and gives the link back to the platform's service.
+    // Closes the client (midi_exit) and selects the link's previous host again.
     ~MidiSession();
     MidiSession(const MidiSession&) = delete;
     MidiSession& operator=(const MidiSession&) = delete;
@@ -20,6 +20,7 @@ public:
     bool opened() const { return opened_; }
 
 private:
+    MidiHost* previous_;
     bool opened_;
 };
 

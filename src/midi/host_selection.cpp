@@ -1,23 +1,24 @@
 #include "midi/host_selection.h"
 
-#include "midi/alsa/alsa_midi_host.h"
+#include "midi/no_midi_host.h"
 
 namespace {
 MidiHost* selected_host = nullptr;
 MidiSendObserver* send_observer = nullptr;
+// Holds nothing and never changes, so one for the whole process will do.
+NoMidiHost no_host;
 }  // namespace
 
 MidiHost& midi_host()
 {
-    if (selected_host)
-        return *selected_host;
-    static const std::unique_ptr<MidiHost> platform_host = make_alsa_midi_host();
-    return *platform_host;
+    return selected_host ? *selected_host : no_host;
 }
 
-void set_midi_host(MidiHost* host)
+MidiHost* set_midi_host(MidiHost* host)
 {
+    MidiHost* previous = selected_host;
     selected_host = host;
+    return previous;
 }
 
 MidiSendObserver* set_midi_send_observer(MidiSendObserver* observer)

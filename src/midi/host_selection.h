@@ -3,11 +3,15 @@
 // link takes to it, so that what the service accepted can be observed.
 #include "midi/midi_host.h"
 
-// The host the link uses: the one last set, or the platform's own (the ALSA
-// sequencer), created on first use.
+// The host the link uses: the one the program last set. While none is set
+// it is a host with no service behind it (no_midi_host.h), and the link
+// behaves as on a machine without MIDI: nothing matches, nothing is sent.
+// The link never picks a service of its own; each program chooses one.
 MidiHost& midi_host();
-// Selects the host for the link; nullptr restores the platform's own.
-void set_midi_host(MidiHost* host);
+// Selects the host for the link (nullptr: none); returns the one selected
+// before, or nullptr when there was none. The host must outlive its
+// selection.
+MidiHost* set_midi_host(MidiHost* host);
 
 // Sees every send the link makes, with the status the service answered.
 // Called on the sending thread (the user-interface thread).

@@ -1,11 +1,13 @@
 #pragma once
 // The one seam between the MIDI link and the platform's MIDI service.
-// The link reaches the service only through the host selected here, so the
-// same link code drives the ALSA sequencer and the in-process simulation.
+// The link reaches the service only through the host the program selects
+// (host_selection.h), so the same link code drives the ALSA sequencer and
+// the in-process simulation.
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 
+#include "midi/midi_change_watch.h"
 #include "midi/midi_packet.h"
 
 // Opaque handle of a client, port, source, destination or device; 0 is null.
@@ -20,10 +22,6 @@ enum class MidiIntegerProperty { offline };
 
 // Called on the service's own thread for every batch of received packets.
 using MidiReadProc = void (*)(const MidiPacketList* list, void* read_proc_ref, void* src_conn_ref);
-// Called, on any thread, after clients, ports or endpoints may have come,
-// gone or changed. It must not call back into the host: it only says "look
-// again".
-using MidiChangeProc = void (*)(void* context);
 
 class MidiHost {
 public:
@@ -56,9 +54,11 @@ public:
     // Sends one packet of raw MIDI bytes through `port` to `destination` at once.
     virtual MidiStatus send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes, size_t length) = 0;
 
-    // Starts (proc != nullptr) or stops watching the service for changes.
-    // One watcher at a time; a new call replaces the previous one. Works
-    // whether or not a client is open. Returns a non-zero status when the
-    // service cannot be watched; nothing is called then.
-    virtual MidiStatus watch_changes(MidiChangeProc proc, void* context) = 0;
+    // Starts watching the service for changes: `proc` is told after each
+    // one until the watch held in `*watch` ends; a watch the token held
+    // before ends once the new one runs. Any number of watches may run at once; each is
+    // told of every change. Works whether or not a client is open. Returns a
+    // non-zero status when the service cannot be watched; `*watch` is left
+    // as it was and nothing is called then.
+    virtual MidiStatus watch_changes(MidiChangeProc proc, void* context, MidiChangeWatch* watch) = 0;
 };

@@ -21,7 +21,7 @@ namespace {
 // the System Announce port: the status line must look again on its own.
 class UnwatchedSimMidiHost : public SimMidiHost {
 public:
-    MidiStatus watch_changes(MidiChangeProc, void*) override { return -ENOSYS; }
+    MidiStatus watch_changes(MidiChangeProc, void*, MidiChangeWatch*) override { return -ENOSYS; }
 };
 
 const QString none = QStringLiteral("未发现控制器(No controller found)");

@@ -161,12 +161,15 @@ TEST_F(AlsaHostWithoutSequencer, ChangesCannotBeWatchedAndNothingIsCalled)
     int calls = 0;
     testing::internal::CaptureStderr();
     testing::internal::CaptureStdout();
-    EXPECT_EQ(host->watch_changes(count_change, &calls), -ENOENT);
+    MidiChangeWatch watch;
+    EXPECT_EQ(host->watch_changes(count_change, &calls, &watch), -ENOENT);
+    EXPECT_FALSE(watch.active());
     MidiObjectRef client = 0;
     EXPECT_NE(host->client_create("MIDI Client", &client), 0);
-    EXPECT_EQ(host->watch_changes(count_change, &calls), -ENOENT);
-    // Stopping a watch that never started is no failure.
-    EXPECT_EQ(host->watch_changes(nullptr, nullptr), 0);
+    EXPECT_EQ(host->watch_changes(count_change, &calls, &watch), -ENOENT);
+    EXPECT_FALSE(watch.active());
+    // Ending a watch that never started is no failure.
+    watch.reset();
     const std::string out = testing::internal::GetCapturedStdout();
     const std::string err = testing::internal::GetCapturedStderr();
     EXPECT_EQ(calls, 0);

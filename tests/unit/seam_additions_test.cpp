@@ -54,7 +54,8 @@ TEST(SimChanges, EveryChangeIsReportedUntilWatchingStops)
 {
     SimMidiHost sim;
     int changes = 0;
-    ASSERT_EQ(sim.watch_changes(count_change, &changes), 0);
+    MidiChangeWatch watch;
+    ASSERT_EQ(sim.watch_changes(count_change, &changes, &watch), 0);
     const int device = sim.add_device("4AC1CC27", "Maker", "4AC1CC27");
     const int destination = sim.add_destination("4AC1CC27 MIDI 1");
     sim.set_offline(destination, true);
@@ -62,7 +63,7 @@ TEST(SimChanges, EveryChangeIsReportedUntilWatchingStops)
     sim.set_name_absent(destination, true);
     sim.remove(device);
     EXPECT_EQ(changes, 6);
-    ASSERT_EQ(sim.watch_changes(nullptr, nullptr), 0);
+    watch.reset();
     sim.remove(destination);
     EXPECT_EQ(changes, 6);
 }

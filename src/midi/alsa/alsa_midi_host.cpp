@@ -6,6 +6,7 @@
 #include <cerrno>
 
 #include "midi/alsa/host_state.h"
+#include "midi/alsa/sequencer_client.h"
 
 namespace {
 // alsa-lib reports some failures it also returns (such as a missing
@@ -60,17 +61,14 @@ MidiStatus AlsaMidiHost::State::start_watcher()
     // A stopped thread has said why on stderr; a new watcher starts afresh.
     watcher.reset();
     ++own_changes;
-    std::unique_ptr<AlsaAnnounceWatcher> opened;
-    if (MidiStatus err = AlsaAnnounceWatcher::open(&opened); err != 0)
+    if (MidiStatus err = AlsaAnnounceWatcher::open(&watches, &watcher); err != 0)
         return err;
-    opened->set_change_proc(change_proc, change_context);
-    watcher = std::move(opened);
     return 0;
 }
 
 void AlsaMidiHost::State::stop_watcher_if_idle()
 {
-    if (watcher && clients.empty() && !change_proc) {
+    if (watcher && clients.empty() && watches.empty()) {
         watcher.reset();
         ++own_changes;
     }
@@ -129,15 +127,8 @@ MidiStatus AlsaMidiHost::client_create(const char* name, MidiObjectRef* out_clie
         return -EINVAL;
     auto c = std::make_unique<AlsaOwnClient>();
     // Output only: this client never receives, so nothing can pile up in it.
-    if (int err = snd_seq_open(&c->seq, "default", SND_SEQ_OPEN_OUTPUT, SND_SEQ_NONBLOCK); err < 0) {
-        c->seq = nullptr;
+    if (MidiStatus err = open_sequencer_client(name, AlsaClientDirection::output, &c->seq, &c->id); err != 0)
         return err;
-    }
-    if (int err = snd_seq_set_client_name(c->seq, name); err < 0)
-        return err;
-    c->id = snd_seq_client_id(c->seq);
-    if (c->id < 0)
-        return c->id;
     if (int err = snd_midi_event_new(sizeof(MidiPacket::data), &c->encoder); err < 0) {
         c->encoder = nullptr;
         return err;
@@ -247,21 +238,17 @@ std::unique_ptr<MidiHost> make_alsa_midi_host()
     return std::make_unique<AlsaMidiHost>();
 }
 
-MidiStatus AlsaMidiHost::watch_changes(MidiChangeProc proc, void* context)
+MidiStatus AlsaMidiHost::watch_changes(MidiChangeProc proc, void* context, MidiChangeWatch* watch)
 {
-    State& s = *state_;
-    if (!proc) {
-        if (s.watcher)
-            s.watcher->set_change_proc(nullptr, nullptr);
-        s.change_proc = nullptr;
-        s.change_context = nullptr;
-        s.stop_watcher_if_idle();
-        return 0;
-    }
-    if (MidiStatus err = s.start_watcher(); err != 0)
+    if (!proc || !watch)
+        return -EINVAL;
+    State* s = state_.get();
+    if (MidiStatus err = s->start_watcher(); err != 0)
         return err;
-    s.change_proc = proc;
-    s.change_context = context;
-    s.watcher->set_change_proc(proc, context);
+    const uint64_t id = s->watches.add(proc, context);
+    *watch = MidiChangeWatch([s, id] {
+        s->watches.remove(id);
+        s->stop_watcher_if_idle();
+    });
     return 0;
 }

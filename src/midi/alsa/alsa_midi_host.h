@@ -6,14 +6,11 @@
 // writable ports. Handles name sequencer addresses.
 //
 // A third client, "MIDI Client changes", listens on the System Announce port
-// with a thread of its own while a client is open or a change callback is
-// set. As long as it has seen no client or port come, go or change, the host
-// keeps the addresses of every device, source and destination from one walk
-// of the sequencer, and each device's sound card names; a scan then costs
-// one walk after a change instead of one per index. Names of clients and
-// ports are always read live (a client may rename itself unannounced), so a
-// vanished object's name read fails. The same listener tells the
-// watch_changes callback. All calls come from one thread; the callback runs
+// with a thread of its own while a client is open or a change watch runs. As long as it has seen no client or port
+// come, go or change, the host keeps the addresses of every device, source and destination from one walk of the
+// sequencer, and each device's sound card names; a scan then costs one walk after a change instead of one per index.
+// Names of clients and ports are always read live (a client may rename itself unannounced), so a vanished object's name
+// read fails. The same listener tells every watch_changes watch. All calls come from one thread; the watches are told
 // on the listener's.
 #include <memory>
 
@@ -47,7 +44,7 @@ public:
     MidiStatus port_disconnect_source(MidiObjectRef port, MidiObjectRef source) override;
 
     MidiStatus send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes, size_t length) override;
-    MidiStatus watch_changes(MidiChangeProc proc, void* context) override;
+    MidiStatus watch_changes(MidiChangeProc proc, void* context, MidiChangeWatch* watch) override;
 
     struct State;
 

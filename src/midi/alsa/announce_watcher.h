@@ -4,7 +4,7 @@
 // of a client or port, and every time the kernel dropped announcements
 // because the queue was full. The host keeps its device lists and card names
 // only as long as that count stands still, and the window's presence line
-// is told "look again" through the change callback. Only the thread touches
+// is told "look again" through the host's change watches. Only the thread touches
 // the client's handle once it runs; other threads read the count and poll
 // the handle's descriptors, which reads nothing from them.
 #include <cstdint>
@@ -15,9 +15,10 @@
 class AlsaAnnounceWatcher {
 public:
     // Opens the client, subscribes it to the announce port and starts the
-    // thread. Returns 0 or the negative ALSA (or errno) error; `out` is only
-    // set on success.
-    static MidiStatus open(std::unique_ptr<AlsaAnnounceWatcher>* out);
+    // thread, which tells `told` after every counted change and once more if
+    // it stops; `told` must outlive the watcher. Returns 0 or the negative
+    // ALSA (or errno) error; `out` is only set on success.
+    static MidiStatus open(MidiChangeSubscribers* told, std::unique_ptr<AlsaAnnounceWatcher>* out);
     // Wakes and joins the thread, then closes the client.
     ~AlsaAnnounceWatcher();
     AlsaAnnounceWatcher(const AlsaAnnounceWatcher&) = delete;
@@ -39,11 +40,6 @@ public:
     // in its queue either. Without the queue check an announcement is seen
     // only once the thread has woken for it.
     bool unchanged_since(uint64_t count, bool check_queue) const;
-
-    // The callback told after every counted change, and once more if the
-    // thread stops. Replaces the previous one; once this returns, the
-    // previous one is no longer running and is never called again.
-    void set_change_proc(MidiChangeProc proc, void* context);
 
     struct State;
 

@@ -70,10 +70,9 @@ struct AlsaMidiHost::State {
     uint8_t last_serial = 0;
 
     // The one listener on the announce port, serving both what is kept and
-    // the change callback; running while a client is open or a callback is set.
+    // the change watches; running while a client is open or a watch runs.
+    MidiChangeSubscribers watches;
     std::unique_ptr<AlsaAnnounceWatcher> watcher;
-    MidiChangeProc change_proc = nullptr;
-    void* change_context = nullptr;
     // Moves whenever our own clients (or the watcher's) come or go, which
     // changes what counts as a device.
     uint64_t own_changes = 0;
@@ -84,10 +83,10 @@ struct AlsaMidiHost::State {
 
     ~State();
 
-    // Opens the watcher if there is none or its thread has stopped, and hands
-    // it the change callback. Returns 0 or the error of opening it.
+    // Opens the watcher if there is none or its thread has stopped. Returns
+    // 0 or the error of opening it.
     MidiStatus start_watcher();
-    // Closes the watcher once nothing needs it: no client and no callback.
+    // Closes the watcher once nothing needs it: no client and no watch.
     void stop_watcher_if_idle();
 
     // The device lists as the sequencer has them now: the kept ones while

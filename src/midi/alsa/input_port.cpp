@@ -1,40 +1,27 @@
 #include "midi/alsa/input_port.h"
-#include "midi/alsa/wake_poll.h"
+#include "midi/alsa/sequencer_reader.h"
 
 #include <alsa/asoundlib.h>
-#include <poll.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
 #include <map>
 #include <mutex>
-#include <thread>
-#include <vector>
 
-struct AlsaInputPort::State {
-    snd_seq_t* seq = nullptr;
+struct AlsaInputPort::State final : AlsaEventSink {
+    AlsaSequencerReader reader{"input port reader", "what the controllers send is no longer received"};
     snd_midi_event_t* decoder = nullptr;
-    int client = -1;
     int port = -1;
-    // Written by close() to wake the thread out of poll().
-    int wake_fd = -1;
-    // wake_fd first, then the sequencer's descriptors.
-    std::vector<pollfd> fds;
     MidiReadProc proc = nullptr;
     void* proc_ref = nullptr;
 
     std::mutex refs_mutex;
     std::map<int, void*> source_refs;  // by client << 8 | port
 
-    std::thread thread;
-
-    ~State() { shut_down(); }
+    ~State() override { shut_down(); }
 
     MidiStatus shut_down();
-    void run();
-    void drain();
-    void deliver(const snd_seq_event_t& ev);
+    void event(const snd_seq_event_t& ev) override;
     void* source_ref(int client, int port);
 };
 
@@ -47,60 +34,17 @@ int address_key(int client, int port)
 
 MidiStatus AlsaInputPort::State::shut_down()
 {
-    stop_poll_thread(&thread, wake_fd);
-    MidiStatus status = 0;
+    const MidiStatus status = reader.close();
     if (decoder) {
         snd_midi_event_free(decoder);
         decoder = nullptr;
     }
-    if (seq) {
-        status = snd_seq_close(seq);
-        seq = nullptr;
-    } else {
-        status = -EBADF;
-    }
-    close_wake_fd(&wake_fd);
     return status;
 }
 
-void AlsaInputPort::State::run()
-{
-    const auto seq_fd_count = static_cast<unsigned int>(fds.size() - 1);
-    for (;;) {
-        for (pollfd& fd : fds)
-            fd.revents = 0;
-        if (poll(fds.data(), fds.size(), -1) < 0) {
-            if (errno == EINTR)
-                continue;
-            return;
-        }
-        if (fds[0].revents != 0)
-            return;
-        unsigned short revents = 0;
-        if (snd_seq_poll_descriptors_revents(seq, fds.data() + 1, seq_fd_count, &revents) < 0)
-            return;
-        if (revents & (POLLERR | POLLHUP | POLLNVAL))
-            return;
-        if (revents & POLLIN)
-            drain();
-    }
-}
-
-void AlsaInputPort::State::drain()
-{
-    for (;;) {
-        snd_seq_event_t* ev = nullptr;
-        const int rc = snd_seq_event_input(seq, &ev);
-        if (rc == -ENOSPC)
-            continue;  // the kernel dropped events while we were slow; read on
-        if (rc < 0)
-            return;  // -EAGAIN: nothing left
-        if (ev)
-            deliver(*ev);
-    }
-}
-
-void AlsaInputPort::State::deliver(const snd_seq_event_t& ev)
+// Events dropped by a full queue are lost for good (ENOSPC): the reader
+// goes on with the next ones, as the default events_lost() does.
+void AlsaInputPort::State::event(const snd_seq_event_t& ev)
 {
     uint8_t bytes[sizeof(MidiPacket::data)];
     const long length = snd_midi_event_decode(decoder, bytes, sizeof bytes, &ev);
@@ -131,17 +75,10 @@ MidiStatus AlsaInputPort::open(const char* client_name, const char* port_name, M
     state->proc = proc;
     state->proc_ref = proc_ref;
 
-    if (int err = snd_seq_open(&state->seq, "default", SND_SEQ_OPEN_INPUT, SND_SEQ_NONBLOCK); err < 0) {
-        state->seq = nullptr;
+    if (MidiStatus err = state->reader.open(client_name); err != 0)
         return err;
-    }
-    if (int err = snd_seq_set_client_name(state->seq, client_name); err < 0)
-        return err;
-    state->client = snd_seq_client_id(state->seq);
-    if (state->client < 0)
-        return state->client;
-    state->port = snd_seq_create_simple_port(state->seq, port_name,
-                                             SND_SEQ_PORT_CAP_WRITE | SND_SEQ_PORT_CAP_SUBS_WRITE,
+    snd_seq_t* seq = state->reader.handle();
+    state->port = snd_seq_create_simple_port(seq, port_name, SND_SEQ_PORT_CAP_WRITE | SND_SEQ_PORT_CAP_SUBS_WRITE,
                                              SND_SEQ_PORT_TYPE_MIDI_GENERIC | SND_SEQ_PORT_TYPE_APPLICATION);
     if (state->port < 0)
         return state->port;
@@ -152,10 +89,7 @@ MidiStatus AlsaInputPort::open(const char* client_name, const char* port_name, M
     // Every packet carries its status byte, as the device sent it.
     snd_midi_event_no_status(state->decoder, 1);
 
-    if (MidiStatus err = open_wake_poll(state->seq, SIZE_MAX, &state->wake_fd, &state->fds); err != 0)
-        return err;
-
-    if (MidiStatus err = start_poll_thread(&state->thread, [s = state.get()] { s->run(); }); err != 0)
+    if (MidiStatus err = state->reader.start(state.get()); err != 0)
         return err;
     out->reset(new AlsaInputPort(std::move(state)));
     return 0;
@@ -167,7 +101,7 @@ AlsaInputPort::~AlsaInputPort() = default;
 
 int AlsaInputPort::client_id() const
 {
-    return state_->client;
+    return state_->reader.client_id();
 }
 
 int AlsaInputPort::port_id() const

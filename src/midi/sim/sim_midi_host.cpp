@@ -26,22 +26,15 @@ int SimMidiHost::add(Kind kind, Object object)
 
 void SimMidiHost::notify_changed()
 {
-    MidiChangeProc proc = nullptr;
-    void* context = nullptr;
-    {
-        std::lock_guard lock(mutex_);
-        proc = change_proc_;
-        context = change_context_;
-    }
-    if (proc)
-        proc(context);
+    watchers_.tell();
 }
 
-MidiStatus SimMidiHost::watch_changes(MidiChangeProc proc, void* context)
+MidiStatus SimMidiHost::watch_changes(MidiChangeProc proc, void* context, MidiChangeWatch* watch)
 {
-    std::lock_guard lock(mutex_);
-    change_proc_ = proc;
-    change_context_ = context;
+    if (!proc || !watch)
+        return not_found;
+    const uint64_t id = watchers_.add(proc, context);
+    *watch = MidiChangeWatch([this, id] { watchers_.remove(id); });
     return 0;
 }
 
@@ -158,12 +151,18 @@ bool SimMidiHost::connected(int source_id) const
 
 void SimMidiHost::inject(int source_id, std::vector<uint8_t> bytes)
 {
-    std::vector<std::pair<MidiReadProc, void*>> receivers;
+    struct Receiver {
+        MidiReadProc proc;
+        void* proc_ref;
+        void* conn_ref;
+    };
+    std::vector<Receiver> receivers;
     {
         std::lock_guard lock(mutex_);
         for (const auto& [_, o] : objects_)
-            if (o.kind == Kind::input_port && o.proc && o.connections.count(source_id) > 0)
-                receivers.emplace_back(o.proc, o.proc_ref);
+            if (auto connection = o.connections.find(source_id);
+                o.kind == Kind::input_port && o.proc && connection != o.connections.end())
+                receivers.push_back(Receiver{o.proc, o.proc_ref, connection->second});
     }
     if (receivers.empty() || bytes.size() > sizeof(MidiPacket::data))
         return;
@@ -172,8 +171,8 @@ void SimMidiHost::inject(int source_id, std::vector<uint8_t> bytes)
     midi_packet_list_add(list, sizeof buffer, midi_packet_list_init(list), 0, bytes.size(), bytes.data());
     // The real service calls back on its own thread.
     std::thread delivery([&] {
-        for (auto [proc, ref] : receivers)
-            proc(list, ref, nullptr);
+        for (const Receiver& r : receivers)
+            r.proc(list, r.proc_ref, r.conn_ref);
     });
     delivery.join();
 }
@@ -354,13 +353,13 @@ MidiStatus SimMidiHost::get_integer_property(MidiObjectRef obj, MidiIntegerPrope
     return 0;
 }
 
-MidiStatus SimMidiHost::port_connect_source(MidiObjectRef port, MidiObjectRef source, void*)
+MidiStatus SimMidiHost::port_connect_source(MidiObjectRef port, MidiObjectRef source, void* conn_ref)
 {
     std::lock_guard lock(mutex_);
     Object* p = find(port, Kind::input_port);
     if (!p || !find(source, Kind::source))
         return not_found;
-    p->connections.insert(static_cast<int>(source));
+    p->connections[static_cast<int>(source)] = conn_ref;
     return 0;
 }
 

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <map>
 #include <mutex>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -65,7 +64,7 @@ public:
     MidiStatus send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes, size_t length) override;
     // Every add, remove, rename, offline or name change is reported, on the
     // thread that made it, after the change.
-    MidiStatus watch_changes(MidiChangeProc proc, void* context) override;
+    MidiStatus watch_changes(MidiChangeProc proc, void* context, MidiChangeWatch* watch) override;
 
 private:
     enum class Kind { device, source, destination, client, output_port, input_port };
@@ -80,7 +79,7 @@ private:
         int owner = 0;  // a port's client
         MidiReadProc proc = nullptr;
         void* proc_ref = nullptr;
-        std::set<int> connections;  // sources connected to an input port
+        std::map<int, void*> connections;  // sources connected to an input port, with their references
     };
 
     int add(Kind kind, Object object);
@@ -103,6 +102,5 @@ private:
     std::vector<Packet> sent_;
     int next_id_ = 1;
     bool available_ = true;
-    MidiChangeProc change_proc_ = nullptr;
-    void* change_context_ = nullptr;
+    MidiChangeSubscribers watchers_;
 };

@@ -2,38 +2,13 @@
 
 #include <QQuickWindow>
 
-#include <algorithm>
-#include <mutex>
-#include <vector>
-
 #include "midi/family_presence.h"
 #include "midi/host_selection.h"
 #include "ui/status/status_texts.h"
 
-namespace {
-
-// The service takes one change watcher; every presence item of the process
-// shares it. The list is guarded because reports come on any thread.
-struct Watchers {
-    std::mutex mutex;
-    std::vector<ControllerPresence*> items;
-    MidiHost* host = nullptr;  // the host watched, while items is not empty
-};
-
-Watchers& watchers()
+void presence_changed(void* context)
 {
-    static Watchers w;
-    return w;
-}
-
-}  // namespace
-
-void presence_changed(void*)
-{
-    Watchers& w = watchers();
-    const std::lock_guard lock(w.mutex);
-    for (ControllerPresence* item : w.items)
-        item->changeReported();
+    static_cast<ControllerPresence*>(context)->changeReported();
 }
 
 ControllerPresence::ControllerPresence(QQuickItem* parent) : QQuickItem(parent)
@@ -44,22 +19,9 @@ ControllerPresence::ControllerPresence(QQuickItem* parent) : QQuickItem(parent)
 
 ControllerPresence::~ControllerPresence()
 {
-    if (!notified_)
-        return;
-    Watchers& w = watchers();
-    MidiHost* stop = nullptr;
-    {
-        const std::lock_guard lock(w.mutex);
-        w.items.erase(std::remove(w.items.begin(), w.items.end(), this), w.items.end());
-        if (w.items.empty()) {
-            stop = w.host;
-            w.host = nullptr;
-        }
-    }
-    // Outside the lock: the host may wait for a report in flight, which
-    // takes the lock.
-    if (stop)
-        stop->watch_changes(nullptr, nullptr);
+    // First of all: a report in flight may be touching this object, and
+    // ending the watch waits for it.
+    watch_.reset();
 }
 
 void ControllerPresence::itemChange(ItemChange change, const ItemChangeData& value)
@@ -82,23 +44,7 @@ void ControllerPresence::start()
         return;
     started_ = true;
 
-    MidiHost& host = midi_host();
-    Watchers& w = watchers();
-    bool watching = false;
-    {
-        const std::lock_guard lock(w.mutex);
-        if (w.host == &host) {
-            w.items.push_back(this);
-            watching = true;
-        }
-    }
-    if (!watching && host.watch_changes(&presence_changed, nullptr) == 0) {
-        const std::lock_guard lock(w.mutex);
-        w.host = &host;
-        w.items.push_back(this);
-        watching = true;
-    }
-    notified_ = watching;
+    notified_ = midi_host().watch_changes(&presence_changed, this, &watch_) == 0;
     if (!notified_)
         poll_.start();
     emit startedChanged();

@@ -16,7 +16,7 @@
 
 #include <atomic>
 
-class MidiHost;
+#include "midi/midi_change_watch.h"
 
 class ControllerPresence : public QQuickItem {
     Q_OBJECT
@@ -66,4 +66,6 @@ private:
     QMetaObject::Connection firstFrame_;
     QTimer poll_;
     std::atomic<bool> refreshQueued_{false};
+    // This item's own watch of the service, while notified_.
+    MidiChangeWatch watch_;
 };

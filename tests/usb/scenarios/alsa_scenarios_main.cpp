@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <string>
 
+#include "alsa_link_host.h"
 #include "alsa_scenarios.h"
 #include "watchdog.h"
 
@@ -15,6 +16,7 @@ int main(int argc, char** argv)
     }
     const std::string id = argv[1];
     TestBed bed{argv[2], argv[3]};
+    const AlsaLinkHost alsa;
     arm_watchdog(id, 60);
     if (id == "21")
         return crowd_scenario(bed);

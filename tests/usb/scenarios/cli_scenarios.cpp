@@ -17,6 +17,7 @@
 #include <utility>
 #include <vector>
 
+#include "alsa_link_host.h"
 #include "child_process.h"
 #include "console_capture.h"
 #include "midi/midi_link.h"
@@ -353,6 +354,7 @@ int main(int argc, char** argv)
     setenv("HOME", bed.work_dir.c_str(), 1);
     setenv("XDG_CONFIG_HOME", bed.work_dir.c_str(), 1);
     arm_watchdog(id, 60);
+    const AlsaLinkHost alsa;
     if (id == "8")
         return list_scenario(bed, programs);
     if (id == "9")

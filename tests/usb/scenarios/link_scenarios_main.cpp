@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <string>
 
+#include "alsa_link_host.h"
 #include "link_scenarios.h"
 #include "watchdog.h"
 
@@ -14,6 +15,7 @@ int main(int argc, char** argv)
     }
     const std::string id = argv[1];
     TestBed bed{argv[2], argv[3]};
+    const AlsaLinkHost alsa;
     arm_watchdog(id, 60);
     if (id == "1")
         return one_controller_scenario(bed);

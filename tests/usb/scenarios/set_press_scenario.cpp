@@ -9,6 +9,7 @@
 #include <string>
 
 #include "actions/set_action.h"
+#include "alsa_link_host.h"
 #include "console_capture.h"
 #include "midi/midi_link.h"
 #include "model/global_state.h"
@@ -81,5 +82,6 @@ int main(int argc, char** argv)
     }
     QCoreApplication app(argc, argv);
     arm_watchdog(argv[1], 60);
+    const AlsaLinkHost alsa;
     return set_press_scenario(TestBed{argv[2], argv[3]});
 }

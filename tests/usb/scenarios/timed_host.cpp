@@ -34,13 +34,13 @@ size_t TimedMidiHost::number_of_devices()
     // A scan starts a message; a scan-only call ends without a send and its
     // figures go with the next one, so only the scan of a real message counts.
     in_message_ = false;
-    return timed([&] { return inner_.number_of_devices(); });
+    return timed([&] { return inner().number_of_devices(); });
 }
 
 MidiStatus TimedMidiHost::send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes, size_t length)
 {
     const double lookups_before = current_.lookup_ms;
-    const MidiStatus status = timed([&] { return inner_.send(port, destination, bytes, length); });
+    const MidiStatus status = timed([&] { return inner().send(port, destination, bytes, length); });
     current_.send_ms = current_.lookup_ms - lookups_before;
     current_.lookup_ms = lookups_before;
     current_.work_ms = ms_between(message_start_, Clock::now());
@@ -49,78 +49,47 @@ MidiStatus TimedMidiHost::send(MidiObjectRef port, MidiObjectRef destination, co
     return status;
 }
 
-MidiStatus TimedMidiHost::client_create(const char* name, MidiObjectRef* out_client)
-{
-    return inner_.client_create(name, out_client);
-}
-
-MidiStatus TimedMidiHost::output_port_create(MidiObjectRef client, const char* name, MidiObjectRef* out_port)
-{
-    return inner_.output_port_create(client, name, out_port);
-}
-
-MidiStatus TimedMidiHost::input_port_create(MidiObjectRef client, const char* name, MidiReadProc proc, void* proc_ref,
-                                            MidiObjectRef* out_port)
-{
-    return inner_.input_port_create(client, name, proc, proc_ref, out_port);
-}
-
-MidiStatus TimedMidiHost::client_dispose(MidiObjectRef client)
-{
-    return inner_.client_dispose(client);
-}
-
-MidiStatus TimedMidiHost::port_dispose(MidiObjectRef port)
-{
-    return inner_.port_dispose(port);
-}
-
 size_t TimedMidiHost::number_of_sources()
 {
-    return timed([&] { return inner_.number_of_sources(); });
+    return timed([&] { return inner().number_of_sources(); });
 }
 
 MidiObjectRef TimedMidiHost::get_source(size_t index)
 {
-    return timed([&] { return inner_.get_source(index); });
+    return timed([&] { return inner().get_source(index); });
 }
 
 size_t TimedMidiHost::number_of_destinations()
 {
-    return timed([&] { return inner_.number_of_destinations(); });
+    return timed([&] { return inner().number_of_destinations(); });
 }
 
 MidiObjectRef TimedMidiHost::get_destination(size_t index)
 {
-    return timed([&] { return inner_.get_destination(index); });
+    return timed([&] { return inner().get_destination(index); });
 }
 
 MidiObjectRef TimedMidiHost::get_device(size_t index)
 {
-    return timed([&] { return inner_.get_device(index); });
+    return timed([&] { return inner().get_device(index); });
 }
 
 MidiStatus TimedMidiHost::get_string_property(MidiObjectRef obj, MidiStringProperty prop, char* buffer, size_t size)
 {
-    return timed([&] { return inner_.get_string_property(obj, prop, buffer, size); });
+    return timed([&] { return inner().get_string_property(obj, prop, buffer, size); });
 }
 
 MidiStatus TimedMidiHost::get_integer_property(MidiObjectRef obj, MidiIntegerProperty prop, int32_t* value)
 {
-    return timed([&] { return inner_.get_integer_property(obj, prop, value); });
+    return timed([&] { return inner().get_integer_property(obj, prop, value); });
 }
 
 MidiStatus TimedMidiHost::port_connect_source(MidiObjectRef port, MidiObjectRef source, void* conn_ref)
 {
-    return timed([&] { return inner_.port_connect_source(port, source, conn_ref); });
+    return timed([&] { return inner().port_connect_source(port, source, conn_ref); });
 }
 
 MidiStatus TimedMidiHost::port_disconnect_source(MidiObjectRef port, MidiObjectRef source)
 {
-    return timed([&] { return inner_.port_disconnect_source(port, source); });
-}
-
-MidiStatus TimedMidiHost::watch_changes(MidiChangeProc proc, void* context)
-{
-    return inner_.watch_changes(proc, context);
+    return timed([&] { return inner().port_disconnect_source(port, source); });
 }

@@ -8,9 +8,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "midi/midi_host.h"
+#include "midi/forwarding_midi_host.h"
 
-class TimedMidiHost final : public MidiHost {
+class TimedMidiHost final : public ForwardingMidiHost {
 public:
     struct Message {
         double work_ms = 0;    // first call of the scan to the end of the send
@@ -19,17 +19,13 @@ public:
         int calls = 0;         // host calls made
     };
 
-    explicit TimedMidiHost(MidiHost& inner) : inner_(inner) {}
+    explicit TimedMidiHost(MidiHost& inner) : ForwardingMidiHost(inner) {}
 
     // Every message that ended in a send since the last call.
     std::vector<Message> take_messages();
 
-    MidiStatus client_create(const char* name, MidiObjectRef* out_client) override;
-    MidiStatus output_port_create(MidiObjectRef client, const char* name, MidiObjectRef* out_port) override;
-    MidiStatus input_port_create(MidiObjectRef client, const char* name, MidiReadProc proc, void* proc_ref,
-                                 MidiObjectRef* out_port) override;
-    MidiStatus client_dispose(MidiObjectRef client) override;
-    MidiStatus port_dispose(MidiObjectRef port) override;
+    // Timed: the calls a message's scan and send make. Opening and closing
+    // the client, and watches, pass on untimed.
     size_t number_of_sources() override;
     MidiObjectRef get_source(size_t index) override;
     size_t number_of_destinations() override;
@@ -41,14 +37,12 @@ public:
     MidiStatus port_connect_source(MidiObjectRef port, MidiObjectRef source, void* conn_ref) override;
     MidiStatus port_disconnect_source(MidiObjectRef port, MidiObjectRef source) override;
     MidiStatus send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes, size_t length) override;
-    MidiStatus watch_changes(MidiChangeProc proc, void* context) override;
 
 private:
     using Clock = std::chrono::steady_clock;
     template <typename Call>
     auto timed(Call call);
 
-    MidiHost& inner_;
     bool in_message_ = false;
     Clock::time_point message_start_{};
     Message current_;

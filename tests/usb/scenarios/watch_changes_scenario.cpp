@@ -2,8 +2,8 @@
 // plugged controller is told to the callback; once the link opens, the same
 // one watcher serves it (one watcher client in the kernel's list) and the
 // family's controllers can be read after each call; an unplug is told too;
-// the link closing leaves the watch running; and once the watch is stopped,
-// the watcher leaves and nothing more is told.
+// the link closing leaves the watch running; and once the watch's token
+// ends, the watcher leaves and nothing more is told.
 #include <atomic>
 #include <chrono>
 #include <string>
@@ -69,7 +69,8 @@ int watch_changes_scenario(const TestBed& bed)
     ScenarioReport report("25", "watch_changes: plugs and unplugs told with and without the link open, one watcher");
     MidiHost& host = midi_host();
     std::atomic<int> calls{0};
-    if (!report.check(host.watch_changes(count_call, &calls) == 0, "watch_changes starts with no client open"))
+    MidiChangeWatch watch;
+    if (!report.check(host.watch_changes(count_call, &calls, &watch) == 0, "watch_changes starts with no client open"))
         return report.finish();
     report.check(clients_named(watcher_name) == 1 && clients_named("MIDI Client") == 0,
                  "the kernel lists the watcher and no client of the link");
@@ -103,7 +104,7 @@ int watch_changes_scenario(const TestBed& bed)
     }
     report.check(clients_named(watcher_name) == 1 && clients_named("MIDI Client") == 0,
                  "the link closed, the watch goes on");
-    report.check(host.watch_changes(nullptr, nullptr) == 0, "watch_changes(nullptr) stops the watch");
+    watch.reset();
     report.check(wait_for_client_gone(watcher_name, 2s), "with neither a watch nor a client the watcher leaves");
 
     calls = 0;
