@@ -29,14 +29,25 @@ wait_for_start_lines "$workdir/run"
 check_start_lines "$workdir/run/stdout"
 
 # The program's top-level window: a child of the root that carries its pid
-# and a WM_CLASS (Qt's helper windows carry neither).
+# and a WM_CLASS (Qt's helper windows carry neither). Qt creates and destroys
+# helper windows while it starts, so a window listed a moment ago may be gone
+# when xprop asks for it (BadWindow): such a window is skipped, and the list
+# is read again until the program's window is there.
+find_window() {
+  local w props
+  for w in $(DISPLAY=$display xwininfo -root -children 2>/dev/null | awk '/^ +0x/ {print $1}'); do
+    props=$(DISPLAY=$display xprop -id "$w" _NET_WM_PID WM_CLASS 2>/dev/null) || continue
+    if [[ $props == *"_NET_WM_PID(CARDINAL) = $PROGRAM_PID"* && $props == *'WM_CLASS(STRING)'* ]]; then
+      echo "$w"
+      return 0
+    fi
+  done
+  return 1
+}
 window=
-for w in $(DISPLAY=$display xwininfo -root -children | awk '/^ +0x/ {print $1}'); do
-  props=$(DISPLAY=$display xprop -id "$w" _NET_WM_PID WM_CLASS)
-  if [[ $props == *"_NET_WM_PID(CARDINAL) = $PROGRAM_PID"* && $props == *'WM_CLASS(STRING)'* ]]; then
-    window=$w
-    break
-  fi
+for _ in $(seq 100); do
+  window=$(find_window) && break
+  sleep 0.1
 done
 [[ -n $window ]] || { echo "FAIL: no window of process $PROGRAM_PID"; exit 1; }
 

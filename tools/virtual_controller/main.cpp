@@ -35,7 +35,9 @@ std::string hex(const MidiMessage& message)
     char cell[4];
     for (uint8_t byte : message) {
         std::snprintf(cell, sizeof cell, "%02x", byte);
-        text += (text.empty() ? "" : " ") + std::string(cell);
+        if (!text.empty())
+            text += ' ';
+        text += cell;
     }
     return text;
 }
