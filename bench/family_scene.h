@@ -7,6 +7,8 @@
 
 #include "midi/sim/sim_midi_host.h"
 
+using namespace dialcraft;
+
 inline void populate_family_scene(SimMidiHost& sim, int online)
 {
     for (int i = 0; i < 16; ++i) {

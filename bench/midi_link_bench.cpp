@@ -6,6 +6,8 @@
 #include "overhead.h"
 #include "quiet_stdout.h"
 
+using namespace dialcraft;
+
 static void BM_usb_midi_main(benchmark::State& state)
 {
     SimMidiHost sim;

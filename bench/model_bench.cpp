@@ -12,6 +12,8 @@
 #include "model/stored_configuration.h"
 #include "quiet_stdout.h"
 
+using namespace dialcraft;
+
 namespace {
 
 QString text_of_lines(int count)

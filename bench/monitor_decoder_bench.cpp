@@ -15,6 +15,8 @@
 #include "model/knob_record.h"
 #include "model/slot_mapping.h"
 
+using namespace dialcraft;
+
 namespace {
 
 const QString serial = QStringLiteral("4AC3CC27");

@@ -8,6 +8,8 @@
 #include "overhead.h"
 #include "quiet_stdout.h"
 
+using namespace dialcraft;
+
 static void BM_setup_button_action(benchmark::State& state)
 {
     SimMidiHost sim;

@@ -35,6 +35,8 @@
 #include "ui/shell/content_view.h"
 #include "ui/status/window_status.h"
 
+using namespace dialcraft;
+
 Q_IMPORT_QML_PLUGIN(DialcraftPlugin)
 
 namespace {

@@ -16,6 +16,8 @@
 #include "ui/shell/app_shell.h"
 #include "ui/shell/content_view.h"
 
+using namespace dialcraft;
+
 Q_IMPORT_QML_PLUGIN(DialcraftPlugin)
 
 namespace {

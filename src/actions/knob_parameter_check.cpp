@@ -5,6 +5,8 @@
 #include "model/global_state.h"
 #include "model/vocabulary.h"
 
+namespace dialcraft {
+
 bool check_knob_parameters(const CreateSetupAreaViewData& data, GlobalState& globalState)
 {
     // Every check runs; the last failing one's message is what stays in fullText.
@@ -33,3 +35,5 @@ bool check_knob_parameters(const CreateSetupAreaViewData& data, GlobalState& glo
     console_line("参数正确");
     return true;
 }
+
+}  // namespace dialcraft

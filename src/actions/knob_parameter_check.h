@@ -1,4 +1,6 @@
 #pragma once
+namespace dialcraft {
+
 class CreateSetupAreaViewData;
 class GlobalState;
 
@@ -6,3 +8,5 @@ class GlobalState;
 // each check that passes and writing each failure's message into fullText.
 // True when all three pass (then "参数正确" is printed).
 bool check_knob_parameters(const CreateSetupAreaViewData& data, GlobalState& globalState);
+
+}  // namespace dialcraft

@@ -9,6 +9,8 @@
 #include "model/knob_record.h"
 #include "model/ledger_store.h"
 
+namespace dialcraft {
+
 namespace {
 
 // The serial part of the link's target name, which the action has just
@@ -42,3 +44,5 @@ RecordedSetAction setup_button_action_recorded(CreateSetupAreaViewData& data, Gl
                                         static_cast<int>(*channel), static_cast<int>(*controller));
     return outcome;
 }
+
+}  // namespace dialcraft

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace dialcraft {
+
 class CreateSetupAreaViewData;
 class GlobalState;
 
@@ -27,3 +29,5 @@ struct RecordedSetAction {
 // programming in the ledger when the service accepted all five messages and
 // refused none. Prints nothing beyond what the action prints.
 RecordedSetAction setup_button_action_recorded(CreateSetupAreaViewData& data, GlobalState& state);
+
+}  // namespace dialcraft

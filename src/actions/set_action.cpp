@@ -15,6 +15,8 @@
 #include "model/print_line.h"
 #include "model/vocabulary.h"
 
+namespace dialcraft {
+
 namespace {
 
 constexpr int family_size = 16;
@@ -183,3 +185,5 @@ void setup_button_action(CreateSetupAreaViewData& data, GlobalState& globalState
     else
         globalState.setFullText("旋钮" + knob + "-设置失败..\n" + globalState.machine_type_menu_string());
 }
+
+}  // namespace dialcraft

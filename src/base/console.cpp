@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <string>
 
+namespace dialcraft {
+
 namespace {
 
 std::atomic<ConsoleSink*> current_sink{nullptr};
@@ -55,3 +57,5 @@ void console_line(std::string_view text)
     line.push_back('\n');
     write_text(line);
 }
+
+}  // namespace dialcraft

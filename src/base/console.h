@@ -5,6 +5,8 @@
 // from the MIDI receive thread never tear lines of the user-interface thread.
 #include <string_view>
 
+namespace dialcraft {
+
 // Where printed text goes. The default writes to standard output and
 // flushes; tests and the command-line tool put their own in its place.
 class ConsoleSink {
@@ -23,3 +25,5 @@ ConsoleSink* set_console_sink(ConsoleSink* sink);
 void console_printf(const char* format, ...) __attribute__((format(printf, 1, 2)));
 // Writes `text` followed by a line feed.
 void console_line(std::string_view text);
+
+}  // namespace dialcraft

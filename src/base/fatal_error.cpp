@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+namespace dialcraft {
+
 void fatal_error(std::string_view message)
 {
     std::fflush(stdout);
@@ -10,3 +12,5 @@ void fatal_error(std::string_view message)
     std::fflush(stderr);
     std::abort();
 }
+
+}  // namespace dialcraft

@@ -2,6 +2,8 @@
 
 #include <charconv>
 
+namespace dialcraft {
+
 namespace {
 
 struct SignedMagnitude {
@@ -64,3 +66,5 @@ int64_t number_in_scope(std::string_view text, int64_t min_value, int64_t max_va
     const int64_t value = parse_int64(text, 10).value_or(255);
     return min_value <= value && value <= max_value ? 1 : 0;
 }
+
+}  // namespace dialcraft

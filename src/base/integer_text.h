@@ -7,6 +7,8 @@
 #include <optional>
 #include <string_view>
 
+namespace dialcraft {
+
 std::optional<int64_t> parse_int64(std::string_view text, int radix = 10);
 // An unsigned parse up to `max`; "-0" is zero, any other negative fails.
 std::optional<uint64_t> parse_uint_max(std::string_view text, int radix, uint64_t max);
@@ -27,3 +29,5 @@ inline std::optional<uint8_t> parse_uint8(std::string_view text, int radix)
 // integer text within [min_value, max_value], else 0. A text that does not
 // parse counts as 255, so it passes any range holding 255.
 int64_t number_in_scope(std::string_view text, int64_t min_value, int64_t max_value);
+
+}  // namespace dialcraft

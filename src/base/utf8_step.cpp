@@ -1,5 +1,7 @@
 #include "base/utf8_step.h"
 
+namespace dialcraft {
+
 namespace {
 
 bool in(unsigned char byte, unsigned char low, unsigned char high)
@@ -47,3 +49,5 @@ Utf8Step next_utf8(const unsigned char* p, const unsigned char* end)
     }
     return {code_point, length, true};
 }
+
+}  // namespace dialcraft

@@ -11,6 +11,8 @@
 #include "model/slot_mapping.h"
 #include "model/vocabulary.h"
 
+namespace dialcraft {
+
 namespace {
 
 constexpr qsizetype mapped_lines = mapped_knob_count * 3;
@@ -79,3 +81,5 @@ ApplyFile read_apply_file(const QString& text, GlobalState& state, CliConsole& c
     }
     return file;
 }
+
+}  // namespace dialcraft

@@ -9,6 +9,8 @@
 
 #include <vector>
 
+namespace dialcraft {
+
 class CliConsole;
 class GlobalState;
 
@@ -23,3 +25,5 @@ struct ApplyFile {
 // the file has fewer than 81 lines or a type line of knobs 0 to 26 names no
 // message type. Only the process's slot table changes.
 ApplyFile read_apply_file(const QString& text, GlobalState& state, CliConsole& console);
+
+}  // namespace dialcraft

@@ -7,6 +7,8 @@
 #include "cli/cli_console.h"
 #include "model/ledger_store.h"
 
+namespace dialcraft {
+
 namespace {
 
 // --verbose is looked for before the arguments are checked, so that even a
@@ -65,3 +67,5 @@ int run_cli(const std::vector<std::string>& args, MidiHost& host, std::ostream& 
         return cli_usage_error;
     }
 }
+
+}  // namespace dialcraft

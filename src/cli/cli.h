@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace dialcraft {
+
 class MidiHost;
 
 // Exit statuses.
@@ -23,3 +25,5 @@ inline constexpr int cli_no_controller = 3;  // no controller to list or program
 // when `err_is_terminal`.
 int run_cli(const std::vector<std::string>& args, MidiHost& host, std::ostream& out, std::ostream& err,
             bool err_is_terminal = false);
+
+}  // namespace dialcraft

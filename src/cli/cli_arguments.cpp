@@ -9,6 +9,8 @@
 #include "model/slot_mapping.h"
 #include "model/vocabulary.h"
 
+namespace dialcraft {
+
 namespace {
 
 std::string lower(std::string text)
@@ -189,3 +191,5 @@ std::string serial_argument(const std::string& option, const std::string& text)
         throw UsageError(invalid_value(option, text, "4AC0CC27-4ACFCC27"));
     return serial;
 }
+
+}  // namespace dialcraft

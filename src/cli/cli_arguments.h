@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace dialcraft {
+
 class UsageError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -42,3 +44,5 @@ std::string serial_argument(const std::string& option, const std::string& text);
 
 // One line for the error stream: `<argument> "<value>" 无效(invalid); 可用(accepted): <accepted>`.
 std::string invalid_value(const std::string& argument, const std::string& value, const std::string& accepted);
+
+}  // namespace dialcraft

@@ -2,6 +2,8 @@
 
 #include <array>
 
+namespace dialcraft {
+
 namespace {
 
 constexpr std::string_view general_help =
@@ -170,3 +172,5 @@ std::string_view cli_general_help()
 {
     return general_help;
 }
+
+}  // namespace dialcraft

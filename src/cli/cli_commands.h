@@ -5,6 +5,8 @@
 #include <span>
 #include <string_view>
 
+namespace dialcraft {
+
 class CliConsole;
 class MidiHost;
 struct CliRequest;
@@ -40,3 +42,5 @@ int run_apply(const CliContext& context);
 int run_show(const CliContext& context);
 int run_export(const CliContext& context);
 int run_import(const CliContext& context);
+
+}  // namespace dialcraft

@@ -1,5 +1,7 @@
 #include "cli/cli_console.h"
 
+namespace dialcraft {
+
 CliConsole::CliConsole(std::ostream& err, bool verbose)
     : err_(err), verbose_(verbose), previous_(set_console_sink(this))
 {
@@ -22,3 +24,5 @@ void CliConsole::error_text(std::string_view text)
     err_.write(text.data(), static_cast<std::streamsize>(text.size()));
     err_.flush();
 }
+
+}  // namespace dialcraft

@@ -9,6 +9,8 @@
 
 #include "base/console.h"
 
+namespace dialcraft {
+
 class CliConsole final : public ConsoleSink {
 public:
     // Takes the console's place until destroyed.
@@ -31,3 +33,5 @@ private:
     bool verbose_;
     ConsoleSink* previous_;
 };
+
+}  // namespace dialcraft

@@ -4,6 +4,8 @@
 
 #include "cli/knob_programming.h"
 
+namespace dialcraft {
+
 QString shown_field(const QString& text)
 {
     return text.isEmpty() ? QStringLiteral("-") : text;
@@ -60,3 +62,5 @@ std::string json_line(const QJsonArray& array)
 {
     return QJsonDocument(array).toJson(QJsonDocument::Compact).toStdString() + "\n";
 }
+
+}  // namespace dialcraft

@@ -7,6 +7,8 @@
 
 #include <string>
 
+namespace dialcraft {
+
 struct KnobOutcome;
 
 // A field as shown to people: the text, or "-" when it is empty.
@@ -21,3 +23,5 @@ QJsonObject knob_outcome_json(const KnobOutcome& outcome);
 // Compact JSON followed by a line feed.
 std::string json_line(const QJsonObject& object);
 std::string json_line(const QJsonArray& array);
+
+}  // namespace dialcraft

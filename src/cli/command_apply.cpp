@@ -20,6 +20,8 @@
 #include "model/ledger_markers.h"
 #include "model/ledger_store.h"
 
+namespace dialcraft {
+
 namespace {
 
 QJsonArray knob_array(const std::vector<int>& knobs)
@@ -129,3 +131,5 @@ int run_apply(const CliContext& context)
     print_summary(context, counts, outcomes);
     return counts.failed == 0 && counts.programmed > 0 ? cli_success : cli_failed;
 }
+
+}  // namespace dialcraft

@@ -10,6 +10,8 @@
 #include "cli/midi_session.h"
 #include "midi/family_presence.h"
 
+namespace dialcraft {
+
 int run_list(const CliContext& context)
 {
     MidiSession session(context.host);
@@ -44,3 +46,5 @@ int run_list(const CliContext& context)
     }
     return cli_success;
 }
+
+}  // namespace dialcraft

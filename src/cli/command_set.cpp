@@ -10,6 +10,8 @@
 #include "model/global_state.h"
 #include "model/knob_record.h"
 
+namespace dialcraft {
+
 int run_set(const CliContext& context)
 {
     // Every value is checked before the MIDI service is even opened, so a bad
@@ -40,3 +42,5 @@ int run_set(const CliContext& context)
     context.out.flush();
     return outcome.ok() ? cli_success : cli_failed;
 }
+
+}  // namespace dialcraft

@@ -14,6 +14,8 @@
 #include "model/ledger_store.h"
 #include "model/slot_mapping.h"
 
+namespace dialcraft {
+
 namespace {
 
 QString compare_word(KnobMarker marker)
@@ -120,3 +122,5 @@ int run_show(const CliContext& context)
     context.out.flush();
     return cli_success;
 }
+
+}  // namespace dialcraft

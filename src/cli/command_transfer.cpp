@@ -19,6 +19,8 @@
 #include "model/slot_mapping.h"
 #include "model/stored_configuration.h"
 
+namespace dialcraft {
+
 namespace {
 
 // The slot table of what the ledger says `serial` holds: knobs it never
@@ -95,3 +97,5 @@ int run_import(const CliContext& context)
     context.out.flush();
     return cli_success;
 }
+
+}  // namespace dialcraft

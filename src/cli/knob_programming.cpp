@@ -4,6 +4,8 @@
 #include "model/handover.h"
 #include "model/knob_record.h"
 
+namespace dialcraft {
+
 namespace {
 // The action writes command_setup_succeed_flag only once the parameters have
 // passed their check, with the link's count of failed sends (0 to 5); a value
@@ -33,3 +35,5 @@ KnobOutcome program_knob(CreateSetupAreaViewData& record, GlobalState& state)
     outcome.message = state.fullText();
     return outcome;
 }
+
+}  // namespace dialcraft

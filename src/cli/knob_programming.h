@@ -11,6 +11,8 @@
 
 #include "actions/recorded_set_action.h"
 
+namespace dialcraft {
+
 class CreateSetupAreaViewData;
 class GlobalState;
 
@@ -35,3 +37,5 @@ struct KnobOutcome {
 // Runs setup_button_action for `record` and `state`, as the window's button
 // does, and records a fully accepted programming in the ledger.
 KnobOutcome program_knob(CreateSetupAreaViewData& record, GlobalState& state);
+
+}  // namespace dialcraft

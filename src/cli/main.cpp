@@ -10,6 +10,8 @@
 #include "cli/cli.h"
 #include "midi/alsa/alsa_midi_host.h"
 
+using namespace dialcraft;
+
 int main(int argc, char** argv)
 {
     const std::vector<std::string> args(argv + 1, argv + argc);

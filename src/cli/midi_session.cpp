@@ -10,6 +10,8 @@
 #include "midi/family_presence.h"
 #include "midi/midi_link.h"
 
+namespace dialcraft {
+
 MidiSession::MidiSession(MidiHost& host) : previous_(set_midi_host(&host))
 {
     opened_ = midi_init() == 0;
@@ -59,3 +61,5 @@ int choose_menu_serial(const CliContext& context, MidiSession& session, std::str
     *menu_serial = present.front();
     return cli_success;
 }
+
+}  // namespace dialcraft

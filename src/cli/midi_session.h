@@ -4,6 +4,8 @@
 // programming command goes to is settled before anything is sent.
 #include <string>
 
+namespace dialcraft {
+
 class MidiHost;
 struct CliContext;
 
@@ -30,3 +32,5 @@ private:
 // stream (no service or no controller: 3; several controllers and no
 // --serial: 2).
 int choose_menu_serial(const CliContext& context, MidiSession& session, std::string* menu_serial);
+
+}  // namespace dialcraft

@@ -2,6 +2,8 @@
 
 #include "cli/cli_console.h"
 
+namespace dialcraft {
+
 namespace {
 constexpr int bar_width = 20;
 }  // namespace
@@ -48,3 +50,5 @@ void ProgressBar::hide()
     console_.error_text("\r\033[K");
     visible_ = false;
 }
+
+}  // namespace dialcraft

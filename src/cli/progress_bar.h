@@ -4,6 +4,8 @@
 // written to standard output so the two never mix on one screen line.
 #include <string>
 
+namespace dialcraft {
+
 class CliConsole;
 
 class ProgressBar {
@@ -26,3 +28,5 @@ private:
 
 // The bar's text without the carriage return.
 std::string progress_text(int done, int total, int knob);
+
+}  // namespace dialcraft

@@ -8,6 +8,8 @@
 #include "model/document_slots.h"
 #include "model/text_document.h"
 
+namespace dialcraft {
+
 namespace {
 constexpr qsizetype lines_named = 10;
 }  // namespace
@@ -51,3 +53,5 @@ void warn_about_cutting(CliConsole& console, const std::string& command, const Q
                            "CR LF 行尾不分行, 这些行合为一个槽(CR LF line ends do not split; "
                            "those lines become one slot)\n");
 }
+
+}  // namespace dialcraft

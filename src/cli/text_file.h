@@ -5,6 +5,8 @@
 
 #include <string>
 
+namespace dialcraft {
+
 class CliConsole;
 
 // The file's text as the window's import reads it: UTF-8 with invalid
@@ -15,3 +17,5 @@ QString read_text_file(const std::string& path);
 // slots: dropped empty lines before later slots (every knob after them
 // shifts), and CR LF line ends, which do not cut at all.
 void warn_about_cutting(CliConsole& console, const std::string& command, const QString& text);
+
+}  // namespace dialcraft

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace dialcraft {
+
 namespace {
 
 // East Asian wide and full-width characters: Hangul Jamo, the CJK blocks,
@@ -45,3 +47,5 @@ std::string text_table(const std::vector<QStringList>& rows)
     }
     return out;
 }
+
+}  // namespace dialcraft

@@ -7,8 +7,12 @@
 #include <string>
 #include <vector>
 
+namespace dialcraft {
+
 // Columns a terminal gives `text`.
 int display_width(const QString& text);
 
 // The rows as lines, each ended by a line feed; the last column is not padded.
 std::string text_table(const std::vector<QStringList>& rows);
+
+}  // namespace dialcraft

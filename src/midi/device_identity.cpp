@@ -6,6 +6,8 @@
 #include "midi/link_properties.h"
 #include "midi/midi_link.h"
 
+namespace dialcraft {
+
 char device_name[24];
 uint16_t VID_val;
 uint16_t PID_val;
@@ -102,3 +104,5 @@ bool matches_device_name(const char* text)
         equal += text[k] == device_name[k];
     return equal == 8;
 }
+
+}  // namespace dialcraft

@@ -1,5 +1,7 @@
 #include "midi/family_presence.h"
 
+namespace dialcraft {
+
 namespace {
 
 bool is_upper_hex_digit(char c)
@@ -40,3 +42,5 @@ std::vector<PresentController> present_family_controllers(MidiHost& host)
     }
     return found;
 }
+
+}  // namespace dialcraft

@@ -8,6 +8,8 @@
 
 #include "midi/midi_host.h"
 
+namespace dialcraft {
+
 struct PresentController {
     std::string serial;     // "4AC3CC27"
     std::string address;    // where the service puts the port, "24:0" on ALSA
@@ -20,3 +22,5 @@ bool is_family_serial(std::string_view name);
 // Every destination whose name begins with a family serial, in the
 // service's order.
 std::vector<PresentController> present_family_controllers(MidiHost& host);
+
+}  // namespace dialcraft

@@ -1,5 +1,7 @@
 #include "midi/forwarding_midi_host.h"
 
+namespace dialcraft {
+
 MidiStatus ForwardingMidiHost::client_create(const char* name, MidiObjectRef* out_client)
 {
     return inner_.client_create(name, out_client);
@@ -86,3 +88,5 @@ MidiStatus ForwardingMidiHost::watch_changes(MidiChangeProc proc, void* context,
 {
     return inner_.watch_changes(proc, context, watch);
 }
+
+}  // namespace dialcraft

@@ -5,6 +5,8 @@
 // so their tokens end there.
 #include "midi/midi_host.h"
 
+namespace dialcraft {
+
 class ForwardingMidiHost : public MidiHost {
 public:
     explicit ForwardingMidiHost(MidiHost& inner) : inner_(inner) {}
@@ -34,3 +36,5 @@ protected:
 private:
     MidiHost& inner_;
 };
+
+}  // namespace dialcraft

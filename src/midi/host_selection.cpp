@@ -2,6 +2,8 @@
 
 #include "midi/no_midi_host.h"
 
+namespace dialcraft {
+
 namespace {
 MidiHost* selected_host = nullptr;
 MidiSendObserver* send_observer = nullptr;
@@ -35,3 +37,5 @@ MidiStatus midi_host_send(MidiObjectRef port, MidiObjectRef destination, const u
         send_observer->sent(destination, bytes, length, status);
     return status;
 }
+
+}  // namespace dialcraft

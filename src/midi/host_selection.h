@@ -3,6 +3,8 @@
 // link takes to it, so that what the service accepted can be observed.
 #include "midi/midi_host.h"
 
+namespace dialcraft {
+
 // The host the link uses: the one the program last set. While none is set
 // it is a host with no service behind it (no_midi_host.h), and the link
 // behaves as on a machine without MIDI: nothing matches, nothing is sent.
@@ -26,3 +28,5 @@ MidiSendObserver* set_midi_send_observer(MidiSendObserver* observer);
 
 // Sends through midi_host() and tells the observer what the service answered.
 MidiStatus midi_host_send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes, size_t length);
+
+}  // namespace dialcraft

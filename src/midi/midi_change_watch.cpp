@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace dialcraft {
+
 MidiChangeWatch& MidiChangeWatch::operator=(MidiChangeWatch&& other) noexcept
 {
     if (this != &other) {
@@ -44,3 +46,5 @@ void MidiChangeSubscribers::tell()
     for (const Subscriber& s : subscribers_)
         s.proc(s.context);
 }
+
+}  // namespace dialcraft

@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+namespace dialcraft {
+
 // Called, on any thread, after clients, ports or endpoints may have come,
 // gone or changed. It must not call back into the host: it only says "look
 // again".
@@ -58,3 +60,5 @@ private:
     std::vector<Subscriber> subscribers_;
     uint64_t last_id_ = 0;
 };
+
+}  // namespace dialcraft

@@ -6,6 +6,8 @@
 #include "midi/link_properties.h"
 #include "midi/midi_link.h"
 
+namespace dialcraft {
+
 MidiObjectRef client;
 MidiObjectRef gOutPort;
 MidiObjectRef inPort;
@@ -142,3 +144,5 @@ uint32_t midi_get_destination()
         console_printf("CCCCC: %s is online\r\n", jname);
     return found;
 }
+
+}  // namespace dialcraft

@@ -10,6 +10,8 @@
 #include "midi/midi_change_watch.h"
 #include "midi/midi_packet.h"
 
+namespace dialcraft {
+
 // Opaque handle of a client, port, source, destination or device; 0 is null.
 using MidiObjectRef = uint32_t;
 // Non-zero statuses are failures.
@@ -62,3 +64,5 @@ public:
     // as it was and nothing is called then.
     virtual MidiStatus watch_changes(MidiChangeProc proc, void* context, MidiChangeWatch* watch) = 0;
 };
+
+}  // namespace dialcraft

@@ -7,6 +7,8 @@
 
 #include "midi/host_selection.h"
 
+namespace dialcraft {
+
 // Device identity: the target name and the numbers derived from it.
 extern char device_name[24];
 extern uint16_t VID_val;
@@ -49,3 +51,5 @@ uint8_t send_midi_out_data(uint8_t status, uint8_t channel, uint8_t data1, uint8
 uint8_t midi_device_name_judge();
 uint8_t midiOutShortMsg(uint8_t status, uint32_t word);
 uint8_t core_midi_send_msg(uint8_t status, uint8_t data1, uint8_t data2);
+
+}  // namespace dialcraft

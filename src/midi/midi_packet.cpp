@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+namespace dialcraft {
+
 namespace {
 constexpr size_t header_size = offsetof(MidiPacket, data);
 }
@@ -39,3 +41,5 @@ MidiPacket* midi_packet_next(MidiPacket* p)
 {
     return const_cast<MidiPacket*>(midi_packet_next(static_cast<const MidiPacket*>(p)));
 }
+
+}  // namespace dialcraft

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace dialcraft {
+
 struct MidiPacket {
     uint64_t timeStamp;  // 0: deliver at once
     uint16_t length;
@@ -24,3 +26,5 @@ MidiPacket* midi_packet_list_add(MidiPacketList* list, size_t list_size, MidiPac
 // The packet after `p` in its list.
 const MidiPacket* midi_packet_next(const MidiPacket* p);
 MidiPacket* midi_packet_next(MidiPacket* p);
+
+}  // namespace dialcraft

@@ -7,6 +7,8 @@
 #include "midi/midi_link.h"
 #include "midi/pace_sleep.h"
 
+namespace dialcraft {
+
 namespace {
 
 constexpr uint8_t clock_byte = 0xF8;
@@ -154,3 +156,5 @@ uint8_t core_midi_send_msg(uint8_t status, uint8_t data1, uint8_t data2)
         sent = midi_host_send(gOutPort, destination, p->data, p->length);
     return static_cast<uint8_t>(sent & 0xFF);
 }
+
+}  // namespace dialcraft

@@ -8,6 +8,8 @@
 
 #include "midi/midi_host.h"
 
+namespace dialcraft {
+
 // The status of every call that can fail: no such device.
 constexpr MidiStatus no_midi_service = -ENODEV;
 
@@ -40,3 +42,5 @@ public:
     MidiStatus send(MidiObjectRef, MidiObjectRef, const uint8_t*, size_t) override { return no_midi_service; }
     MidiStatus watch_changes(MidiChangeProc, void*, MidiChangeWatch*) override { return no_midi_service; }
 };
+
+}  // namespace dialcraft

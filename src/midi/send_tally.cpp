@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace dialcraft {
+
 SendTally::SendTally() : previous_(set_midi_send_observer(this)) {}
 
 SendTally::~SendTally()
@@ -26,3 +28,5 @@ void SendTally::sent(MidiObjectRef destination, const uint8_t*, size_t, MidiStat
     refs_.push_back(destination);
     destinations_.emplace_back(name);
 }
+
+}  // namespace dialcraft

@@ -7,6 +7,8 @@
 
 #include "midi/host_selection.h"
 
+namespace dialcraft {
+
 class SendTally final : public MidiSendObserver {
 public:
     // Starts observing the link's sends; the previous observer is put back
@@ -33,3 +35,5 @@ private:
     std::vector<MidiObjectRef> refs_;
     std::vector<std::string> destinations_;
 };
+
+}  // namespace dialcraft

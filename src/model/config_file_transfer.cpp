@@ -14,6 +14,8 @@
 #include "model/slot_mapping.h"
 #include "model/vocabulary.h"
 
+namespace dialcraft {
+
 ConfigFileTransfer::ConfigFileTransfer(QObject* parent) : QObject(parent), document{QStringLiteral("123")} {}
 
 GlobalState* ConfigFileTransfer::globalState() const
@@ -163,3 +165,5 @@ void ConfigFileTransfer::loadFromLocalFile()
         },
         Qt::QueuedConnection);
 }
+
+}  // namespace dialcraft

@@ -11,9 +11,11 @@
 #include "model/global_state.h"
 #include "model/text_document.h"
 
+namespace dialcraft {
+
 class ConfigFileTransfer : public QObject {
     Q_OBJECT
-    Q_PROPERTY(GlobalState* globalState READ globalState WRITE setGlobalState NOTIFY globalStateChanged)
+    Q_PROPERTY(dialcraft::GlobalState* globalState READ globalState WRITE setGlobalState NOTIFY globalStateChanged)
     Q_PROPERTY(QString fileURLString READ fileURLString NOTIFY fileURLStringChanged)
     Q_PROPERTY(QString documentText READ documentText NOTIFY documentTextChanged)
 
@@ -71,3 +73,5 @@ private:
     GlobalState* state_ = nullptr;
     QString fileURLString_;
 };
+
+}  // namespace dialcraft

@@ -2,6 +2,8 @@
 
 #include "model/print_line.h"
 
+namespace dialcraft {
+
 const QString blank_slot = QStringLiteral("                    ");
 
 const QStringList& initialSettings()
@@ -24,3 +26,5 @@ void pad_to_300_slots(QStringList& settings)
         settings.append(blank_slot);
     print_line(QStringLiteral("Expanded configuration.settings to 300 elements"));
 }
+
+}  // namespace dialcraft

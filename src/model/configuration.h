@@ -5,6 +5,8 @@
 
 #include <optional>
 
+namespace dialcraft {
+
 struct Configuration {
     QStringList settings;
 };
@@ -21,3 +23,5 @@ void pad_to_300_slots(QStringList& settings);
 extern Configuration configuration;
 // The table last read from "configuration.json".
 extern std::optional<Configuration> loadedConfig;
+
+}  // namespace dialcraft

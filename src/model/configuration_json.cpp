@@ -1,5 +1,7 @@
 #include "model/configuration_json.h"
 
+namespace dialcraft {
+
 namespace {
 
 // Escapes at the byte level: every byte that needs escaping is ASCII, so the
@@ -51,3 +53,5 @@ QByteArray encode_configuration(const Configuration& config)
     out += "]}";
     return out;
 }
+
+}  // namespace dialcraft

@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 
+namespace dialcraft {
+
 namespace {
 
 using nlohmann::json;
@@ -78,3 +80,5 @@ std::optional<Configuration> decode_configuration(const QByteArray& bytes, QStri
     }
     return Configuration{std::move(strings)};
 }
+
+}  // namespace dialcraft

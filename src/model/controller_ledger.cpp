@@ -1,5 +1,7 @@
 #include "model/controller_ledger.h"
 
+namespace dialcraft {
+
 const HeldSetting* ControllerLedger::held(const QString& serial, int knob) const
 {
     const auto controller = controllers.find(serial);
@@ -8,3 +10,5 @@ const HeldSetting* ControllerLedger::held(const QString& serial, int knob) const
     const auto setting = controller->second.find(knob);
     return setting == controller->second.end() ? nullptr : &setting->second;
 }
+
+}  // namespace dialcraft

@@ -8,6 +8,8 @@
 
 #include <map>
 
+namespace dialcraft {
+
 struct HeldSetting {
     QString type;        // one of the four programmable display names
     int channel = 1;     // 1 to 16
@@ -30,3 +32,5 @@ struct ControllerLedger {
 
     friend bool operator==(const ControllerLedger&, const ControllerLedger&) = default;
 };
+
+}  // namespace dialcraft

@@ -1,5 +1,7 @@
 #include "model/document_slots.h"
 
+namespace dialcraft {
+
 DocumentSlots split_document_slots(const QString& text)
 {
     DocumentSlots result;
@@ -29,3 +31,5 @@ DocumentSlots split_document_slots(const QString& text)
     }
     return result;
 }
+
+}  // namespace dialcraft

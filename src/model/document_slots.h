@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace dialcraft {
+
 struct DocumentSlots {
     QStringList pieces;
     // Line numbers (from 1) of the dropped empty lines that come before a
@@ -18,3 +20,5 @@ struct DocumentSlots {
 };
 
 DocumentSlots split_document_slots(const QString& text);
+
+}  // namespace dialcraft

@@ -3,6 +3,8 @@
 #include "model/publish.h"
 #include "model/vocabulary.h"
 
+namespace dialcraft {
+
 const QString initial_full_text = QStringLiteral(
     "说明:  \n0.选择型号\n1.输入参数\n2.单点设置(首选)\n   或使用 全部设置\n\n注: 每个区域都有独立\n设置按钮 \n"
     "C27为设置即保存型\n不需要手动保存到硬件");
@@ -39,3 +41,5 @@ CreateSetupAreaViewData* GlobalState::record(int i) const
 {
     return i >= 0 && i < SetupAreaData_.size() ? SetupAreaData_.at(i) : nullptr;
 }
+
+}  // namespace dialcraft

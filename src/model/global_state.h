@@ -7,6 +7,8 @@
 
 #include "model/knob_record.h"
 
+namespace dialcraft {
+
 // The instruction text shown before anything else has been written.
 extern const QString initial_full_text;
 
@@ -15,9 +17,9 @@ class GlobalState : public QObject {
     Q_PROPERTY(QString fullText READ fullText WRITE setFullText NOTIFY fullTextChanged)
     Q_PROPERTY(QString machine_type_menu_string READ machine_type_menu_string WRITE set_machine_type_menu_string NOTIFY
                    machine_type_menu_stringChanged)
-    Q_PROPERTY(QList<CreateSetupAreaViewData*> SetupAreaData READ SetupAreaData WRITE setSetupAreaData NOTIFY
+    Q_PROPERTY(QList<dialcraft::CreateSetupAreaViewData*> SetupAreaData READ SetupAreaData WRITE setSetupAreaData NOTIFY
                    SetupAreaDataChanged)
-    Q_PROPERTY(CreateConfigAreaViewData* ConfigAreaData READ ConfigAreaData WRITE setConfigAreaData NOTIFY
+    Q_PROPERTY(dialcraft::CreateConfigAreaViewData* ConfigAreaData READ ConfigAreaData WRITE setConfigAreaData NOTIFY
                    ConfigAreaDataChanged)
 
 public:
@@ -33,7 +35,7 @@ public:
     void setConfigAreaData(CreateConfigAreaViewData* value);
 
     // Knob record i, for QML and for callers that index the list.
-    Q_INVOKABLE CreateSetupAreaViewData* record(int i) const;
+    Q_INVOKABLE dialcraft::CreateSetupAreaViewData* record(int i) const;
 
 signals:
     void objectWillChange();
@@ -48,3 +50,5 @@ private:
     QList<CreateSetupAreaViewData*> SetupAreaData_;
     CreateConfigAreaViewData* ConfigAreaData_;
 };
+
+}  // namespace dialcraft

@@ -10,6 +10,8 @@
 #include "model/slot_mapping.h"
 #include "model/vocabulary.h"
 
+namespace dialcraft {
+
 namespace {
 
 std::optional<MidiKind> kind_of_type(const QString& type)
@@ -73,3 +75,5 @@ KnobMatcher knob_attribution(const QString& serial, const ControllerLedger& ledg
             knobs.push_back(*setting);
     return KnobMatcher(std::move(knobs));
 }
+
+}  // namespace dialcraft

@@ -16,6 +16,8 @@
 #include "midi/decode/knob_match.h"
 #include "model/controller_ledger.h"
 
+namespace dialcraft {
+
 class GlobalState;
 
 // One knob's setting as the table or the ledger holds it: the type's display
@@ -31,3 +33,5 @@ std::optional<KnobSends> knob_sends_from_held(int knob, const HeldSetting& held)
 // serial outside 4AC0CC27 to 4ACFCC27 gets no knobs: nothing it sends is
 // attributed.
 KnobMatcher knob_attribution(const QString& serial, const ControllerLedger& ledger, const GlobalState* state);
+
+}  // namespace dialcraft

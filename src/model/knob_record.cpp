@@ -4,6 +4,8 @@
 #include "model/publish.h"
 #include "model/vocabulary.h"
 
+namespace dialcraft {
+
 CreateSetupAreaViewData::CreateSetupAreaViewData(int knobIndex, QObject* parent)
     : QObject(parent),
       id_(QUuid::createUuid()),
@@ -65,3 +67,5 @@ void CreateConfigAreaViewData::set_knob_index(int value)
 {
     publish(this, knob_index_, value, &CreateConfigAreaViewData::knob_indexChanged);
 }
+
+}  // namespace dialcraft

@@ -10,6 +10,8 @@
 
 #include <functional>
 
+namespace dialcraft {
+
 class CreateSetupAreaViewData : public QObject {
     Q_OBJECT
     Q_PROPERTY(QUuid id READ id WRITE setId NOTIFY idChanged)
@@ -91,11 +93,13 @@ inline size_t qHash(const CreateConfigAreaViewData& record, size_t seed = 0)
     return qHash(record.id(), seed);
 }
 
+}  // namespace dialcraft
+
 template <>
-struct std::hash<CreateSetupAreaViewData> {
-    size_t operator()(const CreateSetupAreaViewData& r) const noexcept { return qHash(r.id()); }
+struct std::hash<dialcraft::CreateSetupAreaViewData> {
+    size_t operator()(const dialcraft::CreateSetupAreaViewData& r) const noexcept { return qHash(r.id()); }
 };
 template <>
-struct std::hash<CreateConfigAreaViewData> {
-    size_t operator()(const CreateConfigAreaViewData& r) const noexcept { return qHash(r.id()); }
+struct std::hash<dialcraft::CreateConfigAreaViewData> {
+    size_t operator()(const dialcraft::CreateConfigAreaViewData& r) const noexcept { return qHash(r.id()); }
 };

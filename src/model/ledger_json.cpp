@@ -6,6 +6,8 @@
 
 #include "model/vocabulary.h"
 
+namespace dialcraft {
+
 namespace {
 
 using nlohmann::json;
@@ -105,3 +107,5 @@ std::optional<ControllerLedger> decode_ledger(const QByteArray& bytes, QString* 
         return std::nullopt;
     }
 }
+
+}  // namespace dialcraft

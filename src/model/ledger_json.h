@@ -12,8 +12,12 @@
 
 #include "model/controller_ledger.h"
 
+namespace dialcraft {
+
 QByteArray encode_ledger(const ControllerLedger& ledger);
 // The ledger the bytes hold, or nothing with the reason in `error` when they
 // are not a ledger this program wrote (bad JSON, a serial outside the family,
 // a value out of range, an unreadable time).
 std::optional<ControllerLedger> decode_ledger(const QByteArray& bytes, QString* error = nullptr);
+
+}  // namespace dialcraft

@@ -4,6 +4,8 @@
 #include "model/knob_record.h"
 #include "model/ledger_store.h"
 
+namespace dialcraft {
+
 LedgerMarkerList::LedgerMarkerList(QObject* parent) : QObject(parent), ledger_(read_ledger()) {}
 
 void LedgerMarkerList::setGlobalState(GlobalState* state)
@@ -88,3 +90,5 @@ void LedgerMarkerList::update()
     }
     emit markersChanged();
 }
+
+}  // namespace dialcraft

@@ -12,11 +12,13 @@
 #include "model/controller_ledger.h"
 #include "model/ledger_markers.h"
 
+namespace dialcraft {
+
 class GlobalState;
 
 class LedgerMarkerList : public QObject {
     Q_OBJECT
-    Q_PROPERTY(GlobalState* globalState READ globalState WRITE setGlobalState NOTIFY globalStateChanged)
+    Q_PROPERTY(dialcraft::GlobalState* globalState READ globalState WRITE setGlobalState NOTIFY globalStateChanged)
     Q_PROPERTY(QString serial READ serial NOTIFY markersChanged)
     Q_PROPERTY(QList<int> markers READ markers NOTIFY markersChanged)
     Q_PROPERTY(int written READ written NOTIFY markersChanged)
@@ -62,3 +64,5 @@ private:
     LedgerMarkers markers_;
     QList<QMetaObject::Connection> record_connections_;
 };
+
+}  // namespace dialcraft

@@ -4,6 +4,8 @@
 #include "model/global_state.h"
 #include "model/knob_record.h"
 
+namespace dialcraft {
+
 namespace {
 
 bool same_number(const QString& text, int number)
@@ -47,3 +49,5 @@ QString ledger_summary_text(const QString& serial, const LedgerMarkers& markers)
     return serial + QStringLiteral(": 已写入 ") + QString::number(markers.written) + QStringLiteral(", 不同 ") +
            QString::number(markers.differs) + QStringLiteral(", 未写入 ") + QString::number(markers.never_written);
 }
+
+}  // namespace dialcraft

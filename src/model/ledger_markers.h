@@ -9,6 +9,8 @@
 #include "model/controller_ledger.h"
 #include "model/slot_mapping.h"
 
+namespace dialcraft {
+
 class GlobalState;
 
 enum class KnobMarker {
@@ -42,3 +44,5 @@ inline bool needs_programming(KnobMarker marker)
 {
     return marker != KnobMarker::written;
 }
+
+}  // namespace dialcraft

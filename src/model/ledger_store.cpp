@@ -13,6 +13,8 @@
 #include "model/stored_configuration.h"
 #include "model/unreadable_settings.h"
 
+namespace dialcraft {
+
 namespace {
 
 // How long a change waits for another instance to finish its own; a change
@@ -178,3 +180,5 @@ LedgerNoticeSink set_ledger_notice_sink(LedgerNoticeSink sink)
     std::swap(sink, notice_sink);
     return sink;
 }
+
+}  // namespace dialcraft

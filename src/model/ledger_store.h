@@ -14,6 +14,8 @@
 
 #include "model/controller_ledger.h"
 
+namespace dialcraft {
+
 // Where the ledger lives.
 QString ledger_file_path();
 
@@ -40,3 +42,5 @@ LedgerClock set_ledger_clock(LedgerClock clock);
 // empty function restores standard error.
 using LedgerNoticeSink = std::function<void(std::string_view line)>;
 LedgerNoticeSink set_ledger_notice_sink(LedgerNoticeSink sink);
+
+}  // namespace dialcraft

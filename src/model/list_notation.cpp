@@ -1,5 +1,7 @@
 #include "model/list_notation.h"
 
+namespace dialcraft {
+
 namespace {
 
 void append_quoted(QString& out, const QString& text)
@@ -47,3 +49,5 @@ QString list_notation(const QStringList& strings)
     out += u']';
     return out;
 }
+
+}  // namespace dialcraft

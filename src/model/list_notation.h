@@ -5,4 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace dialcraft {
+
 QString list_notation(const QStringList& strings);
+
+}  // namespace dialcraft

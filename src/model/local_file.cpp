@@ -6,6 +6,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+namespace dialcraft {
+
 QByteArray local_path_bytes(const QUrl& url)
 {
     const QByteArray path = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
@@ -36,3 +38,5 @@ bool read_whole_file(const QByteArray& path, QByteArray* contents, QString* erro
     }
     return true;
 }
+
+}  // namespace dialcraft

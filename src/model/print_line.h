@@ -5,7 +5,11 @@
 
 #include "base/console.h"
 
+namespace dialcraft {
+
 inline void print_line(const QString& line)
 {
     console_line(line.toStdString());
 }
+
+}  // namespace dialcraft

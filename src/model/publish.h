@@ -1,4 +1,6 @@
 #pragma once
+namespace dialcraft {
+
 // Assigns a published field: announces the change before storing, whether or
 // not the value differs, then emits the field's own change signal.
 template <typename Object, typename T, typename Signal>
@@ -8,3 +10,5 @@ void publish(Object* object, T& field, const T& value, Signal changed)
     field = value;
     emit(object->*changed)();
 }
+
+}  // namespace dialcraft

@@ -7,6 +7,8 @@
 #include "model/print_line.h"
 #include "model/vocabulary.h"
 
+namespace dialcraft {
+
 namespace {
 
 void print_progress(int config_index_i)
@@ -67,3 +69,5 @@ void SetupAreaData_index_config_to_UI(GlobalState& state, int config_index_i, Sl
     else
         record.set_message_channel_menu_string(QString());
 }
+
+}  // namespace dialcraft

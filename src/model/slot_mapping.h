@@ -1,4 +1,6 @@
 #pragma once
+namespace dialcraft {
+
 // Copies one knob between its record and its three slots of `configuration`.
 // The main window and the device panel each have these copies; they differ
 // only in that the panel's config-to-record copy prints no progress line.
@@ -17,3 +19,5 @@ void SetupAreaData_index_UI_to_config(GlobalState& state, int config_index_i,
 // Slots 3i..3i+2 -> record i, each validated.
 void SetupAreaData_index_config_to_UI(GlobalState& state, int config_index_i,
                                       SlotMappingView view = SlotMappingView::ContentView);
+
+}  // namespace dialcraft

@@ -13,6 +13,8 @@
 #include "model/print_line.h"
 #include "model/unreadable_settings.h"
 
+namespace dialcraft {
+
 namespace {
 
 const QString configuration_key = QStringLiteral("configurationKey");
@@ -213,3 +215,5 @@ void loadConfiguration()
     loadedConfig = std::move(*decoded);
     print_line(QStringLiteral("Configuration loaded successfully"));
 }
+
+}  // namespace dialcraft

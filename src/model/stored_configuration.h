@@ -6,6 +6,8 @@
 
 #include "model/configuration.h"
 
+namespace dialcraft {
+
 void saveCustomInfo();
 // saveCustomInfo for callers that need the outcome: false when the table
 // could not be stored (the error line is printed all the same).
@@ -20,3 +22,5 @@ QString last_save_failure();
 QString settings_file_path();
 void saveConfiguration(const Configuration& config);
 void loadConfiguration();
+
+}  // namespace dialcraft

@@ -2,6 +2,8 @@
 
 #include "base/utf8_step.h"
 
+namespace dialcraft {
+
 namespace {
 
 void append_code_point(QString& out, char32_t code_point)
@@ -45,3 +47,5 @@ QByteArray TextDocument::toBytes() const
 {
     return text.toUtf8();
 }
+
+}  // namespace dialcraft

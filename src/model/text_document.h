@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+namespace dialcraft {
+
 struct TextDocument {
     QString text;
 
@@ -11,3 +13,5 @@ struct TextDocument {
     // UTF-8 without byte-order mark or added final line break.
     QByteArray toBytes() const;
 };
+
+}  // namespace dialcraft

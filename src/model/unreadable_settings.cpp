@@ -11,6 +11,8 @@
 #include <stdio.h>
 #include <unistd.h>
 
+namespace dialcraft {
+
 namespace {
 
 // QSettings parses a file once per process and keeps the result for every
@@ -101,3 +103,5 @@ QString replace_unreadable_file(const QString& file, const QString& fresh, QStri
     *error = QStringLiteral("no free name beside the settings file");
     return {};
 }
+
+}  // namespace dialcraft

@@ -5,6 +5,8 @@
 // keeps the unreadable one beside it, bytes unchanged.
 #include <QString>
 
+namespace dialcraft {
+
 // Whether the settings file `file` cannot be parsed. Every group of it is
 // parsed now, so that the verdict comes before anything is written. Only
 // this file counts, not the system-wide files QSettings falls back on.
@@ -21,3 +23,5 @@ QString replace_unreadable_file(const QString& file, const QString& fresh, QStri
 // `<file>.unreadable-<yyyyMMdd-HHmmss>`, with "-<attempt>" from the second
 // attempt on, for when that name is taken.
 QString unreadable_aside_name(const QString& file, int attempt);
+
+}  // namespace dialcraft

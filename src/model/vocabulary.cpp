@@ -1,5 +1,7 @@
 #include "model/vocabulary.h"
 
+namespace dialcraft {
+
 bool is_programmable_type(const QString& text)
 {
     return text == NOTE_ON || text == NOTE_OFF || text == CONTROL_CHANGE || text == BEND_CHANGE;
@@ -15,3 +17,5 @@ const QStringList& machine_type_array()
     }();
     return serials;
 }
+
+}  // namespace dialcraft

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace dialcraft {
+
 inline const QString NOTE_ON = QStringLiteral("Note On");
 inline const QString NOTE_OFF = QStringLiteral("Note Off");
 inline const QString CONTROL_CHANGE = QStringLiteral("Control Change");
@@ -19,3 +21,5 @@ bool is_programmable_type(const QString& text);
 
 // "4AC0CC27" ... "4ACFCC27", one upper-case hexadecimal middle digit each.
 const QStringList& machine_type_array();
+
+}  // namespace dialcraft

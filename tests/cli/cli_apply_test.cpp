@@ -1,6 +1,8 @@
 // dialcraft-cli apply: knobs 0 to 26 of an exported file.
 #include "cli_fixture.h"
 
+using namespace dialcraft;
+
 using ApplyTest = CliTest;
 
 namespace {

@@ -23,6 +23,8 @@
 #include "model/configuration.h"
 #include "model/stored_configuration.h"
 
+using namespace dialcraft;
+
 struct CliRun {
     int status = -1;
     std::string out;

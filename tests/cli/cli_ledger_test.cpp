@@ -7,6 +7,8 @@
 #include "cli_fixture.h"
 #include "model/ledger_store.h"
 
+using namespace dialcraft;
+
 namespace {
 
 const QString first_time = QStringLiteral("2026-11-23T18:30:00Z");

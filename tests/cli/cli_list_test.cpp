@@ -1,6 +1,8 @@
 // dialcraft-cli list.
 #include "cli_fixture.h"
 
+using namespace dialcraft;
+
 using ListTest = CliTest;
 
 TEST_F(ListTest, PrintsEveryFamilyControllerWithItsPortInServiceOrder)

@@ -1,6 +1,8 @@
 // dialcraft-cli set: one knob through the set action.
 #include "cli_fixture.h"
 
+using namespace dialcraft;
+
 using SetTest = CliTest;
 
 namespace {

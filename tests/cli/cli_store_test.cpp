@@ -10,6 +10,8 @@
 #include "model/global_state.h"
 #include "model/slot_mapping.h"
 
+using namespace dialcraft;
+
 using StoreTest = CliTest;
 
 namespace {

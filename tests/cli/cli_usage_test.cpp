@@ -6,6 +6,8 @@
 
 #include "cli/cli_commands.h"
 
+using namespace dialcraft;
+
 struct UsageCase {
     std::vector<std::string> args;
     std::string err;

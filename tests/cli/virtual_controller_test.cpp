@@ -7,6 +7,8 @@
 #include "virtual_controller/controller_commands.h"
 #include "virtual_controller/virtual_knobs.h"
 
+using namespace dialcraft;
+
 using namespace std::chrono_literals;
 
 namespace {

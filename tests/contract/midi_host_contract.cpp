@@ -6,6 +6,8 @@
 #include <thread>
 #include <utility>
 
+namespace dialcraft {
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -277,3 +279,5 @@ TEST_P(MidiHostContract, AWatchWithoutACallbackIsRefused)
     EXPECT_NE(host().watch_changes(nullptr, nullptr, &watch), 0);
     EXPECT_FALSE(watch.active());
 }
+
+}  // namespace dialcraft

@@ -16,6 +16,8 @@
 
 #include "midi/midi_host.h"
 
+namespace dialcraft {
+
 class MidiHostBed {
 public:
     virtual ~MidiHostBed() = default;
@@ -52,3 +54,5 @@ protected:
 
     std::unique_ptr<MidiHostBed> bed;
 };
+
+}  // namespace dialcraft

@@ -12,6 +12,8 @@
 #include "model/configuration_json.h"
 #include "model/text_document.h"
 
+using namespace dialcraft;
+
 namespace {
 
 // The input cut at every zero byte, each piece read as UTF-8 with invalid

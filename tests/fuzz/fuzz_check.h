@@ -9,6 +9,8 @@
 
 #include "base/console.h"
 
+using namespace dialcraft;
+
 inline void fuzz_require(bool holds, const char* property)
 {
     if (holds)

@@ -15,6 +15,8 @@
 #include "model/configuration.h"
 #include "model/text_document.h"
 
+using namespace dialcraft;
+
 namespace {
 
 QStringList reference_slots(const QString& text)

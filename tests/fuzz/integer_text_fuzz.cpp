@@ -9,6 +9,8 @@
 #include "base/integer_text.h"
 #include "fuzz_check.h"
 
+using namespace dialcraft;
+
 namespace {
 
 struct Reference {

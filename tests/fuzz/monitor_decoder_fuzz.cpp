@@ -18,6 +18,8 @@
 #include "fuzz_check.h"
 #include "midi/decode/midi_byte_decoder.h"
 
+using namespace dialcraft;
+
 namespace {
 
 struct Decoded {

@@ -23,6 +23,8 @@
 #include "midi/sim/sim_midi_host.h"
 #include "model/global_state.h"
 
+using namespace dialcraft;
+
 namespace {
 
 enum Service { no_devices, two_controllers, one_controller, service_count };

@@ -9,6 +9,8 @@
 
 #include "ui/shell/app_shell.h"
 
+using namespace dialcraft;
+
 class AppIdentityTest : public QObject {
     Q_OBJECT
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace dialcraft {
+
 ConsoleCapture::ConsoleCapture() : previous_(set_console_sink(this)) {}
 
 ConsoleCapture::~ConsoleCapture()
@@ -68,3 +70,5 @@ int count_lines(const std::string& text, const std::string& line)
     const std::vector<std::string> lines = printed_lines(text);
     return static_cast<int>(std::count(lines.begin(), lines.end(), line));
 }
+
+}  // namespace dialcraft

@@ -14,6 +14,8 @@
 
 #include "base/console.h"
 
+namespace dialcraft {
+
 class ConsoleCapture final : public ConsoleSink {
 public:
     ConsoleCapture();
@@ -46,3 +48,5 @@ private:
 std::vector<std::string> printed_lines(const std::string& text);
 // How often `line` (terminator included) was printed as a whole line.
 int count_lines(const std::string& text, const std::string& line);
+
+}  // namespace dialcraft

@@ -2,6 +2,8 @@
 // The MIDI link's printed lines for the common steps, to build expected output.
 #include <string>
 
+namespace dialcraft {
+
 // One scan-only device pass over `devices` devices that finds the target.
 inline std::string scan_lines(int devices)
 {
@@ -16,3 +18,5 @@ inline std::string sent_lines(const std::string& what, const std::string& dest_p
     return "send_midi_out_data\r\n MIDIGetNumberOfDevices  1\r\nmidiOutShortMsg\r\n" + lookup + lookup + lookup +
            "midi_get_destination 0 \r\n" + what;
 }
+
+}  // namespace dialcraft

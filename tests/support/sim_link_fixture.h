@@ -10,6 +10,8 @@
 #include "midi/midi_link.h"
 #include "midi/sim/sim_midi_host.h"
 
+namespace dialcraft {
+
 class SimLinkTest : public ::testing::Test {
 protected:
     void SetUp() override
@@ -46,3 +48,5 @@ protected:
 
     SimMidiHost sim;
 };
+
+}  // namespace dialcraft

@@ -16,6 +16,8 @@
 #include "ui/access/text_change_announcer.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 using Bytes = std::vector<uint8_t>;
 
 namespace {

@@ -15,6 +15,8 @@
 #include "ui/dialogs/file_dialog_flow.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 class FileDialogFlowTest : public QObject {
     Q_OBJECT
 

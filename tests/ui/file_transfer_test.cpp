@@ -12,6 +12,8 @@
 #include "model/configuration.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 class FileTransferTest : public WindowTest {
     Q_OBJECT
 

@@ -6,6 +6,8 @@
 #include "ui/press/set_button_action.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 class GlueTest : public QObject {
     Q_OBJECT
 

@@ -12,6 +12,8 @@
 #include "sim_scene.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 using Bytes = std::vector<uint8_t>;
 
 class KeyboardTest : public QObject {

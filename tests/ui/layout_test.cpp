@@ -9,6 +9,8 @@
 #include "midi/sim/sim_midi_host.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 class LayoutTest : public WindowTest {
     Q_OBJECT
 

@@ -17,6 +17,8 @@
 #include "model/handover.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 namespace {
 const QString blank = QString(20, QLatin1Char(' '));
 const QString placeholder = QStringLiteral("选择消息类型");

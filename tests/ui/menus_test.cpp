@@ -11,6 +11,8 @@
 #include "midi/sim/sim_midi_host.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 namespace {
 const QStringList typeEntries{QStringLiteral("Note On"), QStringLiteral("Note Off"), QStringLiteral("Control Change"),
                               QStringLiteral("Bend Change"), QStringLiteral("选择消息类型")};

@@ -16,6 +16,8 @@
 #include "ui/dialogs/dialog_files.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 class SaveDialogTest : public QObject {
     Q_OBJECT
 

@@ -17,6 +17,8 @@
 #include "midi/sim/sim_midi_host.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 int main(int argc, char** argv)
 {
     if (argc < 3) {

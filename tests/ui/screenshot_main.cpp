@@ -14,6 +14,8 @@
 #include "sim_scene.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 int main(int argc, char** argv)
 {
     if (argc < 2) {

@@ -10,6 +10,8 @@
 #include "sim_scene.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 int main(int argc, char** argv)
 {
     prepare_ui_test_environment();

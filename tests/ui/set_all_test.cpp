@@ -17,6 +17,8 @@
 #include "ui/status/window_status.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 using Bytes = std::vector<uint8_t>;
 
 namespace {

@@ -12,6 +12,8 @@
 #include "midi/sim/sim_midi_host.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 using Bytes = std::vector<uint8_t>;
 
 class SetButtonTest : public WindowTest {

@@ -11,6 +11,8 @@
 #include "midi/sim/sim_midi_host.h"
 #include "model/handover.h"
 
+using namespace dialcraft;
+
 // The ids of one plugged controller's device, source and destination.
 struct PluggedController {
     int device;

@@ -15,6 +15,8 @@
 #include "sim_scene.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 namespace {
 
 // A service that cannot report changes, as the ALSA host before it watches

@@ -15,6 +15,8 @@
 #include "ui/status/window_status.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 int main(int argc, char** argv)
 {
     if (argc < 4) {

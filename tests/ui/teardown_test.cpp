@@ -13,6 +13,8 @@
 #include "midi/sim/sim_midi_host.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 namespace {
 
 QSettings store()

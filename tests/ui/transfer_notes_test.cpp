@@ -14,6 +14,8 @@
 #include "ui/status/status_texts.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 class TransferNotesTest : public QObject {
     Q_OBJECT
 

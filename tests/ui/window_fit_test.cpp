@@ -10,6 +10,8 @@
 #include "midi/sim/sim_midi_host.h"
 #include "window_harness.h"
 
+using namespace dialcraft;
+
 class WindowFitTest : public QObject {
     Q_OBJECT
 

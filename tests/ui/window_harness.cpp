@@ -14,6 +14,8 @@
 
 #include <algorithm>
 
+using namespace dialcraft;
+
 Q_IMPORT_QML_PLUGIN(DialcraftPlugin)
 
 void prepare_ui_test_environment()

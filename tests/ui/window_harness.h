@@ -16,6 +16,8 @@
 #include "ui/shell/app_shell.h"
 #include "ui/shell/content_view.h"
 
+using namespace dialcraft;
+
 // Writes `image` as a PNG to `path`; says on standard error when it cannot.
 bool save_picture(const QImage& image, const char* path);
 

@@ -7,6 +7,8 @@
 #include "controller_emulator/knob_programming_decoder.h"
 #include "controller_emulator/midi_stream_parser.h"
 
+using namespace dialcraft;
+
 namespace {
 
 std::vector<MidiMessage> parse_all(const std::vector<uint8_t>& bytes)

@@ -6,6 +6,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+namespace dialcraft {
+
 namespace {
 std::string hex_bytes(std::span<const uint8_t> bytes)
 {
@@ -92,3 +94,5 @@ void EventLog::error(std::string_view text)
 {
     line("error " + std::string(text));
 }
+
+}  // namespace dialcraft

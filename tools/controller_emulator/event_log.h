@@ -16,6 +16,8 @@
 
 #include "controller_emulator/knob_programming_decoder.h"
 
+namespace dialcraft {
+
 class EventLog {
 public:
     // Appends to `path`, creating it. An empty path or "-" logs to stdout.
@@ -42,3 +44,5 @@ private:
 
 // Current CLOCK_MONOTONIC time in nanoseconds.
 int64_t monotonic_ns();
+
+}  // namespace dialcraft

@@ -1,5 +1,7 @@
 #include "controller_emulator/knob_programming_decoder.h"
 
+namespace dialcraft {
+
 namespace {
 bool is_clock(const MidiMessage& m)
 {
@@ -77,3 +79,5 @@ std::optional<KnobSetting> KnobProgrammingDecoder::push(const MidiMessage& messa
         return KnobSetting{knob_, type_nibble_, channel_nibble_ + 1, controller_};
     }
 }
+
+}  // namespace dialcraft

@@ -12,6 +12,8 @@
 
 #include "controller_emulator/midi_stream_parser.h"
 
+namespace dialcraft {
+
 struct KnobSetting {
     int knob = 0;
     uint8_t type_nibble = 0;  // 0x8, 0x9, 0xB, 0xE or 0xF
@@ -44,3 +46,5 @@ private:
     uint8_t knob_ = 0;
     uint8_t type_nibble_ = 0;
 };
+
+}  // namespace dialcraft

@@ -26,6 +26,8 @@
 #include "controller_emulator/midi_stream_parser.h"
 #include "controller_emulator/rawmidi_port.h"
 
+namespace dialcraft {
+
 namespace {
 
 // Parses "b0 4a 40" into bytes; false on anything that is not a byte in hex.
@@ -146,6 +148,10 @@ private:
 };
 
 }  // namespace
+
+}  // namespace dialcraft
+
+using namespace dialcraft;
 
 int main(int argc, char** argv)
 {

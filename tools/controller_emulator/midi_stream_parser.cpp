@@ -2,6 +2,8 @@
 
 #include "midi/decode/midi_data_length.h"
 
+namespace dialcraft {
+
 std::optional<MidiMessage> MidiStreamParser::push(uint8_t byte)
 {
     if (byte >= 0xF8)
@@ -53,3 +55,5 @@ std::optional<MidiMessage> MidiStreamParser::push(uint8_t byte)
     done.swap(pending_);
     return done;
 }
+
+}  // namespace dialcraft

@@ -11,6 +11,8 @@
 #include <optional>
 #include <vector>
 
+namespace dialcraft {
+
 using MidiMessage = std::vector<uint8_t>;
 
 class MidiStreamParser {
@@ -26,3 +28,5 @@ private:
     size_t expected_data_ = 0;
     bool in_sysex_ = false;
 };
+
+}  // namespace dialcraft

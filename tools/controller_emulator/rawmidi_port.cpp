@@ -2,6 +2,8 @@
 
 #include <alsa/asoundlib.h>
 
+namespace dialcraft {
+
 RawMidiPort::~RawMidiPort()
 {
     if (in_)
@@ -64,3 +66,5 @@ int RawMidiPort::write(std::span<const uint8_t> bytes)
         return static_cast<int>(n);
     return static_cast<size_t>(n) == bytes.size() ? 0 : -EAGAIN;
 }
+
+}  // namespace dialcraft

@@ -11,6 +11,8 @@
 
 struct _snd_rawmidi;
 
+namespace dialcraft {
+
 class RawMidiPort {
 public:
     RawMidiPort() = default;
@@ -43,3 +45,5 @@ private:
     _snd_rawmidi* out_ = nullptr;
     std::string error_;
 };
+
+}  // namespace dialcraft

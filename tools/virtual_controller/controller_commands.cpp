@@ -6,6 +6,8 @@
 #include "base/integer_text.h"
 #include "virtual_controller/virtual_knobs.h"
 
+namespace dialcraft {
+
 namespace {
 
 constexpr std::string_view commands_help =
@@ -130,3 +132,5 @@ std::variant<ControllerCommand, std::string> parse_controller_command(const std:
     }
     return command;
 }
+
+}  // namespace dialcraft

@@ -7,6 +7,8 @@
 #include <variant>
 #include <vector>
 
+namespace dialcraft {
+
 inline constexpr std::string_view default_controller_serial = "4AC1CC27";
 
 struct ControllerArguments {
@@ -31,3 +33,5 @@ std::variant<ControllerCommand, std::string> parse_controller_command(const std:
 // The text of --help (the commands part is also the answer to `help`).
 std::string_view controller_help();
 std::string_view controller_commands_help();
+
+}  // namespace dialcraft

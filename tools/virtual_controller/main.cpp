@@ -13,6 +13,8 @@
 #include "virtual_controller/sequencer_controller.h"
 #include "virtual_controller/virtual_knobs.h"
 
+namespace dialcraft {
+
 namespace {
 
 // Whole lines, flushed at once, so a program reading the output through a
@@ -174,6 +176,10 @@ private:
 };
 
 }  // namespace
+
+}  // namespace dialcraft
+
+using namespace dialcraft;
 
 int main(int argc, char** argv)
 {

@@ -4,6 +4,8 @@
 
 #include <array>
 
+namespace dialcraft {
+
 SequencerController::~SequencerController()
 {
     if (decoder_)
@@ -95,3 +97,5 @@ bool SequencerController::send(const MidiMessage& message)
         return fail("snd_seq_event_output_direct", err);
     return true;
 }
+
+}  // namespace dialcraft

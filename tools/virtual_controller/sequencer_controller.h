@@ -13,6 +13,8 @@
 struct _snd_seq;
 struct snd_midi_event;
 
+namespace dialcraft {
+
 class SequencerController {
 public:
     SequencerController() = default;
@@ -46,3 +48,5 @@ private:
     std::string port_name_;
     std::string error_;
 };
+
+}  // namespace dialcraft

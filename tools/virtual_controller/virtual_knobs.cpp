@@ -3,6 +3,8 @@
 #include <cctype>
 #include <cstdio>
 
+namespace dialcraft {
+
 namespace {
 constexpr size_t frame_messages = 5;
 
@@ -74,3 +76,5 @@ std::optional<std::string> controller_serial(const std::string& text)
     }
     return serial;
 }
+
+}  // namespace dialcraft

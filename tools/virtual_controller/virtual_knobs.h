@@ -13,6 +13,8 @@
 #include "controller_emulator/knob_programming_decoder.h"
 #include "controller_emulator/midi_stream_parser.h"
 
+namespace dialcraft {
+
 class VirtualKnobs {
 public:
     using Clock = std::chrono::steady_clock;
@@ -45,3 +47,5 @@ private:
 
 // Eight hexadecimal digits, in upper case ("4ac1cc27" gives "4AC1CC27"); nothing otherwise.
 std::optional<std::string> controller_serial(const std::string& text);
+
+}  // namespace dialcraft

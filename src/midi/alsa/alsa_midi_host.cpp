@@ -8,6 +8,8 @@
 #include "midi/alsa/host_state.h"
 #include "midi/alsa/sequencer_client.h"
 
+namespace dialcraft {
+
 namespace {
 // alsa-lib reports some failures it also returns (such as a missing
 // /dev/snd/seq) on stderr; the host hands every failure back as a status.
@@ -252,3 +254,5 @@ MidiStatus AlsaMidiHost::watch_changes(MidiChangeProc proc, void* context, MidiC
     });
     return 0;
 }
+
+}  // namespace dialcraft

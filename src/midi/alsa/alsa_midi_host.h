@@ -16,6 +16,8 @@
 
 #include "midi/midi_host.h"
 
+namespace dialcraft {
+
 class AlsaMidiHost final : public MidiHost {
 public:
     AlsaMidiHost();
@@ -54,3 +56,5 @@ private:
 
 // The platform's own host: the ALSA sequencer.
 std::unique_ptr<MidiHost> make_alsa_midi_host();
+
+}  // namespace dialcraft

@@ -6,6 +6,8 @@
 #include <atomic>
 #include <cerrno>
 
+namespace dialcraft {
+
 namespace {
 // The announcements that change what the device lists or card names hold.
 // Subscriptions are announced too, but they move nothing, and each probe of
@@ -134,3 +136,5 @@ bool AlsaAnnounceWatcher::unchanged_since(uint64_t count, bool check_queue) cons
     // thread read the queue meanwhile, it marked itself reading first.
     return state_->reader.queue_known_empty() && quiet();
 }
+
+}  // namespace dialcraft

@@ -12,6 +12,8 @@
 
 #include "midi/midi_host.h"
 
+namespace dialcraft {
+
 class AlsaAnnounceWatcher {
 public:
     // Opens the client, subscribes it to the announce port and starts the
@@ -47,3 +49,5 @@ private:
     explicit AlsaAnnounceWatcher(std::unique_ptr<State> state);
     std::unique_ptr<State> state_;
 };
+
+}  // namespace dialcraft

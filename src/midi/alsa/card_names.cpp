@@ -9,6 +9,8 @@
 #include <cstring>
 #include <string>
 
+namespace dialcraft {
+
 namespace {
 // The kernel's fixed-size text fields need not end in a terminator.
 std::string field_text(const unsigned char* field, size_t size)
@@ -59,3 +61,5 @@ std::string usb_manufacturer_from_long_name(std::string_view long_name, std::str
         manufacturer.remove_suffix(1);
     return std::string(manufacturer);
 }
+
+}  // namespace dialcraft

@@ -7,6 +7,8 @@
 
 #include "midi/midi_host.h"
 
+namespace dialcraft {
+
 struct AlsaCardNames {
     std::string name;       // "4AC1CC27"
     std::string long_name;  // "Maker 4AC1CC27 at usb-dummy_hcd.0-1, high speed"
@@ -21,3 +23,5 @@ MidiStatus read_alsa_card_names(int card, AlsaCardNames* out);
 // the manufacturer part, or empty when the long name has no such form or the
 // device gave no manufacturer string.
 std::string usb_manufacturer_from_long_name(std::string_view long_name, std::string_view card_name);
+
+}  // namespace dialcraft

@@ -4,6 +4,8 @@
 
 #include <cerrno>
 
+namespace dialcraft {
+
 namespace {
 constexpr unsigned int source_caps = SND_SEQ_PORT_CAP_READ | SND_SEQ_PORT_CAP_SUBS_READ;
 constexpr unsigned int destination_caps = SND_SEQ_PORT_CAP_WRITE | SND_SEQ_PORT_CAP_SUBS_WRITE;
@@ -59,3 +61,5 @@ MidiStatus read_device_lists(snd_seq_t* seq, bool (*is_own)(int client, const vo
     snd_seq_client_info_free(client);
     return 0;
 }
+
+}  // namespace dialcraft

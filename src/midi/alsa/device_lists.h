@@ -12,6 +12,8 @@
 
 typedef struct _snd_seq snd_seq_t;
 
+namespace dialcraft {
+
 struct AlsaAddress {
     uint8_t client;
     uint8_t port;
@@ -38,3 +40,5 @@ struct AlsaDeviceLists {
 // early just ends the lists).
 MidiStatus read_device_lists(snd_seq_t* seq, bool (*is_own)(int client, const void* context), const void* context,
                              AlsaDeviceLists* out);
+
+}  // namespace dialcraft

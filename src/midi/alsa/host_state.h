@@ -16,9 +16,12 @@
 #include "midi/alsa/input_port.h"
 #include "midi/alsa/object_ref.h"
 
-// The same incomplete types alsa-lib declares, so this header needs none of it.
 typedef struct _snd_seq snd_seq_t;
 typedef struct snd_midi_event snd_midi_event_t;
+
+namespace dialcraft {
+
+// The same incomplete types alsa-lib declares, so this header needs none of it.
 
 // One client of ours: the sequencer handle that sends, queries and makes
 // subscriptions, its output port, and the input side on a client of its own.
@@ -119,3 +122,5 @@ struct AlsaMidiHost::State {
     // The capability bits of the port client:port, read through `seq`.
     static MidiStatus port_capability(snd_seq_t* seq, int client, int port, unsigned int* caps);
 };
+
+}  // namespace dialcraft

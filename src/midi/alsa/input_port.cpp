@@ -8,6 +8,8 @@
 #include <map>
 #include <mutex>
 
+namespace dialcraft {
+
 struct AlsaInputPort::State final : AlsaEventSink {
     AlsaSequencerReader reader{"input port reader", "what the controllers send is no longer received"};
     snd_midi_event_t* decoder = nullptr;
@@ -125,3 +127,5 @@ MidiStatus AlsaInputPort::close()
 {
     return state_->shut_down();
 }
+
+}  // namespace dialcraft

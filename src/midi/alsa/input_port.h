@@ -7,6 +7,8 @@
 
 #include "midi/midi_host.h"
 
+namespace dialcraft {
+
 class AlsaInputPort {
 public:
     // Opens the client and its port and starts the reading thread. Returns 0
@@ -36,3 +38,5 @@ private:
     explicit AlsaInputPort(std::unique_ptr<State> state);
     std::unique_ptr<State> state_;
 };
+
+}  // namespace dialcraft

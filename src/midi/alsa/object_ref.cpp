@@ -1,5 +1,7 @@
 #include "midi/alsa/object_ref.h"
 
+namespace dialcraft {
+
 MidiObjectRef encode_alsa_ref(const AlsaRef& ref)
 {
     return (MidiObjectRef{static_cast<uint8_t>(ref.kind)} << 24) | (MidiObjectRef{ref.serial} << 16) |
@@ -14,3 +16,5 @@ std::optional<AlsaRef> decode_alsa_ref(MidiObjectRef handle)
     return AlsaRef{static_cast<AlsaRefKind>(kind), static_cast<uint8_t>(handle >> 16),
                    static_cast<uint8_t>(handle >> 8), static_cast<uint8_t>(handle)};
 }
+
+}  // namespace dialcraft

@@ -7,6 +7,8 @@
 
 #include "midi/midi_host.h"
 
+namespace dialcraft {
+
 enum class AlsaRefKind : uint8_t {
     client = 1,       // our own client
     output_port = 2,  // our own output port
@@ -31,3 +33,5 @@ struct AlsaRef {
 MidiObjectRef encode_alsa_ref(const AlsaRef& ref);
 // Empty for the null handle and for a top byte that is no kind.
 std::optional<AlsaRef> decode_alsa_ref(MidiObjectRef handle);
+
+}  // namespace dialcraft

@@ -13,6 +13,8 @@
 #include "midi/alsa/card_names.h"
 #include "midi/alsa/host_state.h"
 
+namespace dialcraft {
+
 namespace {
 
 bool is_own(int client, const void* state)
@@ -257,3 +259,5 @@ MidiStatus AlsaMidiHost::get_integer_property(MidiObjectRef obj, MidiIntegerProp
     *value = 0;
     return 0;
 }
+
+}  // namespace dialcraft

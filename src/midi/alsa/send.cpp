@@ -8,6 +8,8 @@
 #include "midi/alsa/alsa_midi_host.h"
 #include "midi/alsa/host_state.h"
 
+namespace dialcraft {
+
 namespace {
 
 struct SubscribeFree {
@@ -162,3 +164,5 @@ MidiStatus AlsaMidiHost::send(MidiObjectRef port, MidiObjectRef destination, con
         connected.push_back(at);
     return send_events(*c, at, bytes, length);
 }
+
+}  // namespace dialcraft

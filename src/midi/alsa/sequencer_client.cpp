@@ -2,6 +2,8 @@
 
 #include <alsa/asoundlib.h>
 
+namespace dialcraft {
+
 MidiStatus open_sequencer_client(const char* name, AlsaClientDirection direction, snd_seq_t** seq, int* client_id)
 {
     *seq = nullptr;
@@ -21,3 +23,5 @@ MidiStatus open_sequencer_client(const char* name, AlsaClientDirection direction
     *client_id = id;
     return 0;
 }
+
+}  // namespace dialcraft

@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <system_error>
 
+namespace dialcraft {
+
 namespace {
 // One line on standard error in one write, so that it never tears another
 // thread's line.
@@ -184,3 +186,5 @@ MidiStatus AlsaSequencerReader::close()
     seq_ = nullptr;
     return status;
 }
+
+}  // namespace dialcraft

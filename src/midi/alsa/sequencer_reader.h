@@ -21,6 +21,8 @@
 
 typedef struct snd_seq_event snd_seq_event_t;
 
+namespace dialcraft {
+
 // What a reader's thread tells its user, on that thread.
 class AlsaEventSink {
 public:
@@ -118,3 +120,5 @@ private:
     std::atomic<bool> running_{false};
     std::thread thread_;
 };
+
+}  // namespace dialcraft

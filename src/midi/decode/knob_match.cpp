@@ -1,5 +1,7 @@
 #include "midi/decode/knob_match.h"
 
+namespace dialcraft {
+
 std::optional<MidiKind> knob_kind_for_type_nibble(uint8_t type_nibble)
 {
     switch (type_nibble) {
@@ -32,3 +34,5 @@ void KnobMatcher::matched_knobs(const MidiMessage& message, std::vector<int>& kn
         if (knob_sends(setting, message))
             knobs.push_back(setting.knob);
 }
+
+}  // namespace dialcraft

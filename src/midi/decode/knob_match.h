@@ -15,6 +15,8 @@
 
 #include "midi/decode/midi_message.h"
 
+namespace dialcraft {
+
 struct KnobSends {
     int knob = 0;
     MidiKind kind = MidiKind::control_change;  // note_off, note_on, control_change or pitch_bend
@@ -47,3 +49,5 @@ public:
 private:
     std::vector<KnobSends> knobs_;
 };
+
+}  // namespace dialcraft

@@ -2,6 +2,8 @@
 
 #include "midi/decode/midi_data_length.h"
 
+namespace dialcraft {
+
 namespace {
 
 MidiMessage realtime(uint8_t byte)
@@ -93,3 +95,5 @@ MidiMessage MidiByteDecoder::complete() const
     default: return {MidiKind::song_select, 0, data_[0], 0};  // F3, the last with data
     }
 }
+
+}  // namespace dialcraft

@@ -22,6 +22,8 @@
 
 #include "midi/decode/midi_message.h"
 
+namespace dialcraft {
+
 struct MidiDecodeCounts {
     uint64_t stray_bytes = 0;          // data bytes without a status, lone F7
     uint64_t incomplete_messages = 0;  // cut short by a status byte
@@ -58,3 +60,5 @@ private:
     uint8_t needed_ = 0;    // data bytes it takes
     bool in_sysex_ = false;
 };
+
+}  // namespace dialcraft

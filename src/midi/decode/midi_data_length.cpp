@@ -1,5 +1,7 @@
 #include "midi/decode/midi_data_length.h"
 
+namespace dialcraft {
+
 uint8_t midi_data_length(uint8_t status)
 {
     switch (status & 0xF0) {
@@ -19,3 +21,5 @@ uint8_t midi_data_length(uint8_t status)
     default: return 0;
     }
 }
+
+}  // namespace dialcraft

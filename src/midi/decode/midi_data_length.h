@@ -4,6 +4,10 @@
 // decoder's message type.
 #include <cstdint>
 
+namespace dialcraft {
+
 // 2, 1 or 0 (real-time, tune request, the undefined ones, and SysEx, which is
 // open-ended).
 uint8_t midi_data_length(uint8_t status);
+
+}  // namespace dialcraft

@@ -1,5 +1,7 @@
 #include "midi/decode/midi_message.h"
 
+namespace dialcraft {
+
 bool is_channel_kind(MidiKind kind)
 {
     return kind <= MidiKind::pitch_bend;
@@ -36,3 +38,5 @@ uint16_t pitch_bend_from_signed(int value)
     const int wire = value + 8192;
     return static_cast<uint16_t>(wire < 0 ? 0 : wire > 16383 ? 16383 : wire);
 }
+
+}  // namespace dialcraft

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string_view>
 
+namespace dialcraft {
+
 enum class MidiKind : uint8_t {
     // Channel messages: channel 1 to 16.
     note_off,          // number: note, value: velocity
@@ -49,3 +51,5 @@ std::string_view midi_kind_name(MidiKind kind);
 // The ALSA sequencer gives pitch bend as -8192 to 8191; this is the wire value
 // 0 to 16383 (values outside the range are clamped to it).
 uint16_t pitch_bend_from_signed(int value);
+
+}  // namespace dialcraft

@@ -2,6 +2,8 @@
 
 #include <alsa/asoundlib.h>
 
+namespace dialcraft {
+
 namespace {
 
 uint8_t seven_bits(unsigned value)
@@ -56,3 +58,5 @@ std::optional<MidiMessage> message_from_sequencer_event(const snd_seq_event& eve
     default: return std::nullopt;
     }
 }
+
+}  // namespace dialcraft

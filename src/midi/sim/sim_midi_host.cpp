@@ -4,6 +4,8 @@
 #include <cstring>
 #include <thread>
 
+namespace dialcraft {
+
 namespace {
 constexpr MidiStatus not_found = -50;      // no such object, or not of that kind
 constexpr MidiStatus not_permitted = -10;  // the service cannot be opened
@@ -383,3 +385,5 @@ MidiStatus SimMidiHost::send(MidiObjectRef port, MidiObjectRef destination, cons
     sent_.push_back(Packet{d->name, std::vector<uint8_t>(bytes, bytes + length), std::chrono::steady_clock::now()});
     return 0;
 }
+
+}  // namespace dialcraft

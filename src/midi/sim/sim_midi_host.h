@@ -11,6 +11,8 @@
 
 #include "midi/midi_host.h"
 
+namespace dialcraft {
+
 class SimMidiHost : public MidiHost {
 public:
     struct Packet {
@@ -104,3 +106,5 @@ private:
     bool available_ = true;
     MidiChangeSubscribers watchers_;
 };
+
+}  // namespace dialcraft

@@ -43,6 +43,8 @@ QAccessibleInterface* quickItemFactory(const QString& className, QObject* object
 
 }  // namespace
 
+namespace dialcraft {
+
 void report_disabled_quick_controls()
 {
     static const bool installed = [] {
@@ -51,6 +53,10 @@ void report_disabled_quick_controls()
     }();
     (void)installed;
 }
+
+}  // namespace dialcraft
 #else
+namespace dialcraft {
 void report_disabled_quick_controls() {}
+}  // namespace dialcraft
 #endif

@@ -1,4 +1,6 @@
 #pragma once
+namespace dialcraft {
+
 // Reports disabled Qt Quick controls as disabled to assistive technology.
 // Qt 6.4's accessible Qt Quick item never sets the "disabled" state, so over
 // AT-SPI a screen reader would announce the inert placeholder panel's button,
@@ -9,3 +11,5 @@
 // Installs the accessibility factory that does it; call once before the first
 // window is created.
 void report_disabled_quick_controls();
+
+}  // namespace dialcraft

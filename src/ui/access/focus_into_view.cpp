@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace dialcraft {
+
 // Room left around the control for its focus frame, drawn just outside it.
 static constexpr qreal frame_room = 4;
 
@@ -54,3 +56,5 @@ void FocusIntoView::bringIntoView(QQuickItem* item)
         area->setProperty("contentY", y);
     }
 }
+
+}  // namespace dialcraft

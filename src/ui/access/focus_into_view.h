@@ -8,6 +8,8 @@
 #include <QQuickWindow>
 #include <QtQml/qqmlregistration.h>
 
+namespace dialcraft {
+
 class FocusIntoView : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -29,3 +31,5 @@ private:
     QPointer<QQuickWindow> window_;
     QMetaObject::Connection focusWatch_;
 };
+
+}  // namespace dialcraft

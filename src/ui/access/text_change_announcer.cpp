@@ -2,6 +2,8 @@
 
 #include <QAccessible>
 
+namespace dialcraft {
+
 TextChangeAnnouncer::TextChangeAnnouncer(QObject* parent) : QObject(parent) {}
 
 void TextChangeAnnouncer::setTarget(QQuickItem* target)
@@ -31,3 +33,5 @@ void TextChangeAnnouncer::setText(const QString& text)
     Q_UNUSED(previous);
 #endif
 }
+
+}  // namespace dialcraft

@@ -12,6 +12,8 @@
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
+namespace dialcraft {
+
 class TextChangeAnnouncer : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -36,3 +38,5 @@ private:
     QPointer<QQuickItem> target_;
     QString text_;
 };
+
+}  // namespace dialcraft

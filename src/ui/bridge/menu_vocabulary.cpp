@@ -2,6 +2,8 @@
 
 #include "model/vocabulary.h"
 
+namespace dialcraft {
+
 MenuVocabulary::MenuVocabulary(QObject* parent) : QObject(parent) {}
 
 QStringList MenuVocabulary::machineTypes()
@@ -13,3 +15,5 @@ QStringList MenuVocabulary::messageTypeMenuItems()
 {
     return {NOTE_ON, NOTE_OFF, CONTROL_CHANGE, BEND_CHANGE, Default_TYPE_STRING};
 }
+
+}  // namespace dialcraft

@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
+namespace dialcraft {
+
 class MenuVocabulary : public QObject {
     Q_OBJECT
     QML_NAMED_ELEMENT(Vocabulary)
@@ -20,3 +22,5 @@ public:
     static QStringList machineTypes();
     static QStringList messageTypeMenuItems();
 };
+
+}  // namespace dialcraft

@@ -9,30 +9,34 @@
 #include "model/global_state.h"
 #include "model/knob_record.h"
 
+namespace dialcraft {
+
 struct GlobalStateForeign {
     Q_GADGET
-    QML_FOREIGN(GlobalState)
+    QML_FOREIGN(dialcraft::GlobalState)
     QML_NAMED_ELEMENT(GlobalState)
     QML_UNCREATABLE("The main window owns the one GlobalState.")
 };
 
 struct CreateSetupAreaViewDataForeign {
     Q_GADGET
-    QML_FOREIGN(CreateSetupAreaViewData)
+    QML_FOREIGN(dialcraft::CreateSetupAreaViewData)
     QML_NAMED_ELEMENT(CreateSetupAreaViewData)
     QML_UNCREATABLE("Knob records belong to the GlobalState.")
 };
 
 struct CreateConfigAreaViewDataForeign {
     Q_GADGET
-    QML_FOREIGN(CreateConfigAreaViewData)
+    QML_FOREIGN(dialcraft::CreateConfigAreaViewData)
     QML_NAMED_ELEMENT(CreateConfigAreaViewData)
     QML_UNCREATABLE("The device panel's record belongs to the GlobalState.")
 };
 
 struct ConfigFileTransferForeign {
     Q_GADGET
-    QML_FOREIGN(ConfigFileTransfer)
+    QML_FOREIGN(dialcraft::ConfigFileTransfer)
     QML_NAMED_ELEMENT(ConfigFileTransfer)
     QML_UNCREATABLE("Each FileDialogFlow owns its file transfer.")
 };
+
+}  // namespace dialcraft

@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QStandardPaths>
 
+namespace dialcraft {
+
 QUrl chosen_file_url(const QUrl& reported)
 {
     if (!reported.scheme().isEmpty() || !QDir::isAbsolutePath(reported.path()))
@@ -24,3 +26,5 @@ QUrl documents_folder_url()
 }
 
 DialogFiles::DialogFiles(QObject* parent) : QObject(parent) {}
+
+}  // namespace dialcraft

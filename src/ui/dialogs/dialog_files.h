@@ -5,6 +5,8 @@
 #include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
+namespace dialcraft {
+
 // Qt's own (non-native) save dialog reports the chosen file as a bare path
 // without the file scheme; native dialogs report a file URL. Both mean a
 // local file.
@@ -28,3 +30,5 @@ public:
     Q_INVOKABLE QString shownPath(const QUrl& reported) const { return chosen_file_url(reported).toLocalFile(); }
     QUrl documentsFolder() const { return documents_folder_url(); }
 };
+
+}  // namespace dialcraft

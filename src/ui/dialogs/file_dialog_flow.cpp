@@ -1,5 +1,7 @@
 #include "ui/dialogs/file_dialog_flow.h"
 
+namespace dialcraft {
+
 FileDialogFlow::FileDialogFlow(QObject* parent) : QObject(parent), transfer_(new ConfigFileTransfer(this))
 {
     transfer_->setObjectName(QStringLiteral("fileTransfer"));
@@ -68,3 +70,5 @@ void FileDialogFlow::dialogCancelled()
     setImporting(false);
     setExporting(false);
 }
+
+}  // namespace dialcraft

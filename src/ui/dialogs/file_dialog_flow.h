@@ -11,15 +11,17 @@
 #include "model/config_file_transfer.h"
 #include "model/global_state.h"
 
+namespace dialcraft {
+
 class FileDialogFlow : public QObject {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(GlobalState* globalState READ globalState WRITE setGlobalState NOTIFY globalStateChanged)
+    Q_PROPERTY(dialcraft::GlobalState* globalState READ globalState WRITE setGlobalState NOTIFY globalStateChanged)
     // The open dialog is shown while this stands.
     Q_PROPERTY(bool importing READ importing WRITE setImporting NOTIFY importingChanged)
     // The save dialog is shown while this stands.
     Q_PROPERTY(bool exporting READ exporting WRITE setExporting NOTIFY exportingChanged)
-    Q_PROPERTY(ConfigFileTransfer* transfer READ transfer CONSTANT)
+    Q_PROPERTY(dialcraft::ConfigFileTransfer* transfer READ transfer CONSTANT)
 
 public:
     explicit FileDialogFlow(QObject* parent = nullptr);
@@ -57,3 +59,5 @@ private:
     bool importing_ = false;
     bool exporting_ = false;
 };
+
+}  // namespace dialcraft

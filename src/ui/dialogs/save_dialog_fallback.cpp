@@ -8,6 +8,8 @@
 
 #include "ui/dialogs/dialog_files.h"
 
+namespace dialcraft {
+
 SaveDialogFallback::SaveDialogFallback(QObject* parent) : QObject(parent) {}
 
 void SaveDialogFallback::setDialog(QObject* dialog)
@@ -91,3 +93,5 @@ bool SaveDialogFallback::mustConfirmOverwrite(const QUrl& reported) const
     const QUrl file = chosen_file_url(reported);
     return file.isLocalFile() && QFileInfo(file.toLocalFile()).isFile();
 }
+
+}  // namespace dialcraft

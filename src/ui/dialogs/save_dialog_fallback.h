@@ -16,6 +16,8 @@
 #include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
+namespace dialcraft {
+
 class SaveDialogFallback : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -48,3 +50,5 @@ private:
     QPointer<QObject> impl_;       // Qt's own dialog, once it was shown
     QPointer<QObject> nameField_;  // its file name field
 };
+
+}  // namespace dialcraft

@@ -10,6 +10,8 @@
 #include "ui/shell/content_view.h"
 #include "ui/status/window_status.h"
 
+namespace dialcraft {
+
 SetAllRun::SetAllRun(GlobalState& state, WindowStatus& status) : QObject(&status), state_(state), status_(status) {}
 
 QList<int> SetAllRun::runOrder()
@@ -118,3 +120,5 @@ void SetAllRun::finish()
     emit runningChanged();
     emit finished();
 }
+
+}  // namespace dialcraft

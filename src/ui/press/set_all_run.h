@@ -20,8 +20,11 @@
 
 #include "ui/status/status_texts.h"
 
-class GlobalState;
 class QQuickWindow;
+
+namespace dialcraft {
+
+class GlobalState;
 class WindowStatus;
 
 class SetAllRun : public QObject {
@@ -81,3 +84,5 @@ private:
     int refused_ = 0;
     QStringList destinations_;
 };
+
+}  // namespace dialcraft

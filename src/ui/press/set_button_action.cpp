@@ -4,6 +4,8 @@
 #include "ui/status/status_texts.h"
 #include "ui/status/window_status.h"
 
+namespace dialcraft {
+
 SetButtonAction::SetButtonAction(QObject* parent) : QObject(parent) {}
 
 void SetButtonAction::setData(CreateSetupAreaViewData* record)
@@ -29,3 +31,5 @@ void SetButtonAction::press()
     const SetPressOutcome outcome = press_set_button(*data_, *globalState_);
     WindowStatus::of(*globalState_)->setMessage(press_status_text(outcome));
 }
+
+}  // namespace dialcraft

@@ -9,11 +9,13 @@
 #include "model/global_state.h"
 #include "model/knob_record.h"
 
+namespace dialcraft {
+
 class SetButtonAction : public QObject {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(CreateSetupAreaViewData* data READ data WRITE setData NOTIFY dataChanged)
-    Q_PROPERTY(GlobalState* globalState READ globalState WRITE setGlobalState NOTIFY globalStateChanged)
+    Q_PROPERTY(dialcraft::CreateSetupAreaViewData* data READ data WRITE setData NOTIFY dataChanged)
+    Q_PROPERTY(dialcraft::GlobalState* globalState READ globalState WRITE setGlobalState NOTIFY globalStateChanged)
 
 public:
     explicit SetButtonAction(QObject* parent = nullptr);
@@ -35,3 +37,5 @@ private:
     QPointer<CreateSetupAreaViewData> data_;
     QPointer<GlobalState> globalState_;
 };
+
+}  // namespace dialcraft

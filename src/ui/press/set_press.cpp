@@ -6,6 +6,8 @@
 #include "model/knob_record.h"
 #include "model/print_line.h"
 
+namespace dialcraft {
+
 QString set_success_text(int knob)
 {
     return QStringLiteral("旋钮") + QString::number(knob) + QStringLiteral("-设置成功!");
@@ -35,3 +37,5 @@ SetPressOutcome press_set_button(CreateSetupAreaViewData& data, GlobalState& sta
     outcome.programmed = outcome.succeeded || outcome.fullText.startsWith(set_failure_first_line(outcome.knob) + u'\n');
     return outcome;
 }
+
+}  // namespace dialcraft

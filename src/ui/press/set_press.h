@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace dialcraft {
+
 class CreateSetupAreaViewData;
 class GlobalState;
 
@@ -31,3 +33,5 @@ QString set_success_text(int knob);
 // Prints "<knob_index>号旋钮", then runs setup_button_action to completion
 // while counting the sends at the MIDI seam. Prints nothing more itself.
 SetPressOutcome press_set_button(CreateSetupAreaViewData& data, GlobalState& state);
+
+}  // namespace dialcraft

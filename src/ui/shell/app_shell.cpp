@@ -9,6 +9,8 @@
 #include <QQuickWindow>
 #include <QUrl>
 
+namespace dialcraft {
+
 Q_LOGGING_CATEGORY(logger, "io.github.dialcraft.ui")
 
 void configure_application(QGuiApplication& app)
@@ -60,3 +62,5 @@ int dialcraftApp::run(int& argc, char** argv)
         return 1;
     return app.exec();
 }
+
+}  // namespace dialcraft

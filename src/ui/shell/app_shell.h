@@ -7,6 +7,8 @@
 class QQmlApplicationEngine;
 class QQuickWindow;
 
+namespace dialcraft {
+
 // Declared for the window's diagnostics; every diagnostic of the tool goes to
 // standard output instead, so nothing writes to it.
 Q_DECLARE_LOGGING_CATEGORY(logger)
@@ -27,3 +29,5 @@ private:
     // Followed, never read: no save or reconnect is tied to the activity state.
     Qt::ApplicationState scenePhase = Qt::ApplicationInactive;
 };
+
+}  // namespace dialcraft

@@ -6,6 +6,8 @@
 #include "ui/shell/lifecycle_hooks.h"
 #include "ui/status/window_status.h"
 
+namespace dialcraft {
+
 ContentView::ContentView(QQuickItem* parent) : QQuickItem(parent), globalState_(new GlobalState(this)) {}
 
 ContentView::~ContentView()
@@ -79,3 +81,5 @@ void ContentView::disappear()
     WindowStatus::of(*globalState_)->setAll()->stop();
     shut_down_hook(*globalState_);
 }
+
+}  // namespace dialcraft

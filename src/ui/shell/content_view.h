@@ -12,10 +12,12 @@
 
 #include "model/global_state.h"
 
+namespace dialcraft {
+
 class ContentView : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(GlobalState* globalState READ globalState CONSTANT)
+    Q_PROPERTY(dialcraft::GlobalState* globalState READ globalState CONSTANT)
     Q_PROPERTY(QList<int> customOrderIndices READ customOrderIndices CONSTANT)
     Q_PROPERTY(bool appeared READ appeared NOTIFY appearedChanged)
 
@@ -49,3 +51,5 @@ private:
     bool appeared_ = false;
     bool disappeared_ = false;
 };
+
+}  // namespace dialcraft

@@ -5,6 +5,8 @@
 #include "model/slot_mapping.h"
 #include "model/stored_configuration.h"
 
+namespace dialcraft {
+
 void start_up_hook(GlobalState& state)
 {
     midi_init();
@@ -23,3 +25,5 @@ void shut_down_hook(GlobalState& state)
         SetupAreaData_index_UI_to_config(state, i, SlotMappingView::ContentView);
     saveCustomInfo();
 }
+
+}  // namespace dialcraft

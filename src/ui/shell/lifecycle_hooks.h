@@ -1,4 +1,6 @@
 #pragma once
+namespace dialcraft {
+
 // What the main window does when it appears and when it goes away.
 class GlobalState;
 
@@ -10,3 +12,5 @@ inline constexpr unsigned default_device_code = 0x4ACBCC27;
 void start_up_hook(GlobalState& state);
 // Closes the MIDI client, copies knobs 0 to 26 into the table and stores it.
 void shut_down_hook(GlobalState& state);
+
+}  // namespace dialcraft

@@ -7,6 +7,8 @@
 #include "midi/host_selection.h"
 #include "ui/shell/app_shell.h"
 
+using namespace dialcraft;
+
 Q_IMPORT_QML_PLUGIN(DialcraftPlugin)
 
 int main(int argc, char** argv)

@@ -6,6 +6,8 @@
 #include "midi/host_selection.h"
 #include "ui/status/status_texts.h"
 
+namespace dialcraft {
+
 void presence_changed(void* context)
 {
     static_cast<ControllerPresence*>(context)->changeReported();
@@ -70,3 +72,5 @@ void ControllerPresence::refresh()
     text_ = text;
     emit serialsChanged();
 }
+
+}  // namespace dialcraft

@@ -18,6 +18,8 @@
 
 #include "midi/midi_change_watch.h"
 
+namespace dialcraft {
+
 class ControllerPresence : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
@@ -69,3 +71,5 @@ private:
     // This item's own watch of the service, while notified_.
     MidiChangeWatch watch_;
 };
+
+}  // namespace dialcraft

@@ -1,5 +1,7 @@
 #include "ui/status/status_texts.h"
 
+namespace dialcraft {
+
 QString knob_list_text(const QList<int>& knobs)
 {
     QStringList parts;
@@ -123,3 +125,5 @@ QString not_read_text(const QString& location)
     const QString shown = url.isValid() && url.isLocalFile() ? url.toDisplayString(QUrl::PreferLocalFile) : location;
     return QStringLiteral("未能读取(Could not read) ") + shown;
 }
+
+}  // namespace dialcraft

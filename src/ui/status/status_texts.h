@@ -8,6 +8,8 @@
 
 #include "ui/press/set_press.h"
 
+namespace dialcraft {
+
 // Knob numbers as a short list with runs joined: {0, 1, 2, 5, 7, 8} gives
 // "0-2, 5, 7, 8" (a run of two stays two numbers).
 QString knob_list_text(const QList<int>& knobs);
@@ -42,3 +44,5 @@ QString not_saved_text(const QString& reason);
 // Import: how many slots were read from which file.
 QString read_text(const QUrl& url, qsizetype slotCount);
 QString not_read_text(const QString& location);
+
+}  // namespace dialcraft

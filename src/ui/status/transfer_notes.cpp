@@ -5,6 +5,8 @@
 #include "ui/status/status_texts.h"
 #include "ui/status/window_status.h"
 
+namespace dialcraft {
+
 TransferNotes::TransferNotes(QObject* parent) : QObject(parent) {}
 
 void TransferNotes::setTransfer(ConfigFileTransfer* transfer)
@@ -65,3 +67,5 @@ void TransferNotes::say(const QString& text)
     if (state_)
         WindowStatus::of(*state_)->setMessage(text);
 }
+
+}  // namespace dialcraft

@@ -12,11 +12,13 @@
 #include "model/config_file_transfer.h"
 #include "model/global_state.h"
 
+namespace dialcraft {
+
 class TransferNotes : public QObject {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(ConfigFileTransfer* transfer READ transfer WRITE setTransfer NOTIFY transferChanged)
-    Q_PROPERTY(GlobalState* globalState READ globalState WRITE setGlobalState NOTIFY globalStateChanged)
+    Q_PROPERTY(dialcraft::ConfigFileTransfer* transfer READ transfer WRITE setTransfer NOTIFY transferChanged)
+    Q_PROPERTY(dialcraft::GlobalState* globalState READ globalState WRITE setGlobalState NOTIFY globalStateChanged)
 
 public:
     explicit TransferNotes(QObject* parent = nullptr);
@@ -41,3 +43,5 @@ private:
     QPointer<GlobalState> state_;
     QString gapWarning_;  // of the export in progress
 };
+
+}  // namespace dialcraft

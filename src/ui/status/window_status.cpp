@@ -5,6 +5,8 @@
 #include "model/global_state.h"
 #include "ui/press/set_all_run.h"
 
+namespace dialcraft {
+
 WindowStatus::WindowStatus(GlobalState& state) : QObject(&state), setAll_(new SetAllRun(state, *this))
 {
     // Handed to QML through a method call; the state owns it, never QML.
@@ -38,3 +40,5 @@ WindowStatus* StatusBoard::of(GlobalState* state) const
 {
     return state ? WindowStatus::of(*state) : nullptr;
 }
+
+}  // namespace dialcraft

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
+namespace dialcraft {
+
 class GlobalState;
 class SetAllRun;
 
@@ -15,7 +17,7 @@ class WindowStatus : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("Each GlobalState has one; reach it with StatusBoard.of(globalState).")
     Q_PROPERTY(QString message READ message NOTIFY messageChanged)
-    Q_PROPERTY(SetAllRun* setAll READ setAll CONSTANT)
+    Q_PROPERTY(dialcraft::SetAllRun* setAll READ setAll CONSTANT)
     // True while a set-all run goes on: the window's other controls are off.
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
 
@@ -48,5 +50,7 @@ class StatusBoard : public QObject {
 public:
     explicit StatusBoard(QObject* parent = nullptr);
 
-    Q_INVOKABLE WindowStatus* of(GlobalState* state) const;
+    Q_INVOKABLE dialcraft::WindowStatus* of(dialcraft::GlobalState* state) const;
 };
+
+}  // namespace dialcraft

@@ -3,6 +3,8 @@
 #include "actions/check_number_scope.h"
 #include "base/integer_text.h"
 
+using namespace dialcraft;
+
 TEST(CheckNumberScope, ChannelRange)
 {
     for (const char* ok : {"1", "16", "+5", "05", "016", "-0016"})

@@ -6,6 +6,8 @@
 #include "console_capture.h"
 #include "model/global_state.h"
 
+using namespace dialcraft;
+
 namespace {
 
 struct CheckRun {

@@ -16,6 +16,8 @@
 #include "model/knob_record.h"
 #include "model/ledger_store.h"
 
+using namespace dialcraft;
+
 namespace {
 
 // The action and the link print their diagnostic lines; they are not looked at here.

@@ -11,6 +11,8 @@
 #include "model/handover.h"
 #include "sim_link_fixture.h"
 
+using namespace dialcraft;
+
 using Bytes = std::vector<uint8_t>;
 
 namespace {

@@ -13,6 +13,8 @@
 #include "midi/midi_link.h"
 #include "midi/no_midi_host.h"
 
+using namespace dialcraft;
+
 namespace {
 
 // Opens the link, programs knob 5 of 4AC1CC27 and closes the link, checking

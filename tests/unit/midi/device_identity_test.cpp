@@ -4,6 +4,8 @@
 
 #include "sim_link_fixture.h"
 
+using namespace dialcraft;
+
 using DeviceIdentity = SimLinkTest;
 
 TEST_F(DeviceIdentity, FamilyCodeNamesTheControllerAndItsNumbers)

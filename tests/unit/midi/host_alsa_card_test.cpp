@@ -6,6 +6,8 @@
 
 #include "midi/alsa/card_names.h"
 
+using namespace dialcraft;
+
 namespace {
 
 TEST(UsbManufacturer, IsTheTextBeforeTheCardNameInAUsbLongName)

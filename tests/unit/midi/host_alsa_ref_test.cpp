@@ -3,6 +3,8 @@
 
 #include "midi/alsa/object_ref.h"
 
+using namespace dialcraft;
+
 namespace {
 
 TEST(AlsaRef, KindSerialClientAndPortTakeOneByteEachFromTheTop)

@@ -11,6 +11,8 @@
 #include "midi/alsa/alsa_midi_host.h"
 #include "midi/alsa/object_ref.h"
 
+using namespace dialcraft;
+
 namespace {
 
 void ignore_packets(const MidiPacketList*, void*, void*) {}

@@ -6,6 +6,8 @@
 #include "midi/decode/knob_match.h"
 #include "midi_message_printer.h"
 
+using namespace dialcraft;
+
 TEST(KnobKindForTypeNibble, TheFourProgrammableTypes)
 {
     EXPECT_EQ(knob_kind_for_type_nibble(0x8), MidiKind::note_off);

@@ -8,6 +8,8 @@
 #include "midi/decode/midi_data_length.h"
 #include "midi_message_printer.h"
 
+using namespace dialcraft;
+
 namespace {
 
 struct Decoded {

@@ -5,6 +5,8 @@
 
 #include "sim_link_fixture.h"
 
+using namespace dialcraft;
+
 namespace {
 void target(const char* serial)
 {

@@ -8,6 +8,8 @@
 #include "link_lines.h"
 #include "sim_link_fixture.h"
 
+using namespace dialcraft;
+
 using namespace std::chrono_literals;
 using Bytes = std::vector<uint8_t>;
 

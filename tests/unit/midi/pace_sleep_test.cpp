@@ -8,6 +8,8 @@
 #include "midi/pace_sleep.h"
 #include "sim_link_fixture.h"
 
+using namespace dialcraft;
+
 using namespace std::chrono_literals;
 
 namespace {

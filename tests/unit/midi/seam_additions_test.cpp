@@ -12,6 +12,8 @@
 #include "midi/send_tally.h"
 #include "sim_link_fixture.h"
 
+using namespace dialcraft;
+
 namespace {
 
 class RecordingSink final : public ConsoleSink {

@@ -9,6 +9,8 @@
 #include "midi/decode/sequencer_event_message.h"
 #include "midi_message_printer.h"
 
+using namespace dialcraft;
+
 namespace {
 
 snd_seq_event_t event_of_type(snd_seq_event_type_t type)

@@ -5,6 +5,8 @@
 #include "midi/sim/sim_midi_host.h"
 #include "midi_host_contract.h"
 
+using namespace dialcraft;
+
 namespace {
 
 class SimBed final : public MidiHostBed {

@@ -20,6 +20,8 @@
 #include "model/handover.h"
 #include "model/list_notation.h"
 
+using namespace dialcraft;
+
 namespace {
 
 const QString blank = QStringLiteral("                    ");

@@ -8,6 +8,8 @@
 #include "model/configuration.h"
 #include "model/configuration_json.h"
 
+using namespace dialcraft;
+
 namespace {
 
 QByteArray encode(const QStringList& settings)

@@ -5,6 +5,8 @@
 
 #include "model/document_slots.h"
 
+using namespace dialcraft;
+
 TEST(DocumentSlotsTest, PiecesBetweenLineFeedsWithoutTheEmptyOnes)
 {
     const DocumentSlots cut = split_document_slots(QStringLiteral("\na\n\n\nb\nc\n\n"));

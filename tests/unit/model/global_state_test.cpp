@@ -10,6 +10,8 @@
 #include "model/knob_record.h"
 #include "model/vocabulary.h"
 
+using namespace dialcraft;
+
 namespace {
 
 TEST(GlobalStateTest, StartsWith36DefaultKnobRecordsInIndexOrder)

@@ -7,6 +7,8 @@
 #include "model/knob_attribution.h"
 #include "model/knob_record.h"
 
+using namespace dialcraft;
+
 namespace {
 
 const QDateTime epoch = QDateTime::fromSecsSinceEpoch(0, Qt::UTC);

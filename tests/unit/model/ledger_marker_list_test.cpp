@@ -10,6 +10,8 @@
 #include "model/ledger_marker_list.h"
 #include "model/ledger_store.h"
 
+using namespace dialcraft;
+
 namespace {
 
 constexpr int written = static_cast<int>(KnobMarker::written);

@@ -5,6 +5,8 @@
 #include "model/knob_record.h"
 #include "model/ledger_markers.h"
 
+using namespace dialcraft;
+
 namespace {
 
 const HeldSetting cc_2_74{"Control Change", 2, 74, QDateTime::fromSecsSinceEpoch(0, Qt::UTC)};

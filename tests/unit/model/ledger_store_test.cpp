@@ -16,6 +16,8 @@
 #include "model/ledger_store.h"
 #include "model/stored_configuration.h"
 
+using namespace dialcraft;
+
 namespace {
 
 QDateTime at(const char* text)

@@ -4,6 +4,8 @@
 
 #include "model/list_notation.h"
 
+using namespace dialcraft;
+
 namespace {
 
 TEST(ListNotationTest, QuotesEachStringAndSeparatesWithCommaAndBlank)

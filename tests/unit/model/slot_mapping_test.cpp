@@ -10,6 +10,8 @@
 #include "model/slot_mapping.h"
 #include "model/vocabulary.h"
 
+using namespace dialcraft;
+
 namespace {
 
 class SlotMappingTest : public ::testing::Test {

@@ -24,6 +24,8 @@
 #include "model/stored_configuration.h"
 #include "random_text.h"
 
+using namespace dialcraft;
+
 namespace {
 
 const QString key = QStringLiteral("configurationKey");

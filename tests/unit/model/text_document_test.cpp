@@ -4,6 +4,8 @@
 
 #include "model/text_document.h"
 
+using namespace dialcraft;
+
 namespace {
 
 const QChar fffd(0xFFFD);

@@ -23,6 +23,8 @@
 #include "model/configuration_json.h"
 #include "model/stored_configuration.h"
 
+using namespace dialcraft;
+
 namespace {
 
 const QString key = QStringLiteral("configurationKey");

@@ -17,6 +17,8 @@
 #include "scenario_steps.h"
 #include "watchdog.h"
 
+using namespace dialcraft;
+
 using namespace std::chrono_literals;
 
 namespace {

@@ -5,6 +5,8 @@
 
 #include "midi/midi_host.h"
 
+using namespace dialcraft;
+
 class AlsaLinkHost {
 public:
     AlsaLinkHost();

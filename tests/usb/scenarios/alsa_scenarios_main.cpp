@@ -8,6 +8,8 @@
 #include "alsa_scenarios.h"
 #include "watchdog.h"
 
+using namespace dialcraft;
+
 int main(int argc, char** argv)
 {
     if (argc != 4) {

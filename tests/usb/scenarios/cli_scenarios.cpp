@@ -25,6 +25,8 @@
 #include "sequencer_clients.h"
 #include "watchdog.h"
 
+using namespace dialcraft;
+
 using namespace std::chrono_literals;
 
 namespace {

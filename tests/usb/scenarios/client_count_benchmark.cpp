@@ -22,6 +22,8 @@
 #include "sequencer_crowd.h"
 #include "timed_host.h"
 
+using namespace dialcraft;
+
 using namespace std::chrono_literals;
 
 namespace {

@@ -11,6 +11,8 @@
 #include "sequencer_clients.h"
 #include "sequencer_crowd.h"
 
+using namespace dialcraft;
+
 namespace {
 // Every client the kernel lists except System and the link's own (its two
 // clients "MIDI Client" and the watcher "MIDI Client changes").

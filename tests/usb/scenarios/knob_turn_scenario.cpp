@@ -7,6 +7,8 @@
 #include "midi/midi_link.h"
 #include "scenario_steps.h"
 
+using namespace dialcraft;
+
 using namespace std::chrono_literals;
 
 int knob_turn_scenario(const TestBed& bed)

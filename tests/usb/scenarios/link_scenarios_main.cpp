@@ -7,6 +7,8 @@
 #include "link_scenarios.h"
 #include "watchdog.h"
 
+using namespace dialcraft;
+
 int main(int argc, char** argv)
 {
     if (argc != 4) {

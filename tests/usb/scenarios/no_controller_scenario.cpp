@@ -5,6 +5,8 @@
 #include "midi/midi_link.h"
 #include "scenario_steps.h"
 
+using namespace dialcraft;
+
 int no_controller_scenario(const TestBed&)
 {
     ScenarioReport report("6", "no controller: sixteen probes 0, \"midi init failed\" lines");

@@ -4,6 +4,8 @@
 #include "midi/midi_link.h"
 #include "scenario_steps.h"
 
+using namespace dialcraft;
+
 int one_controller_scenario(const TestBed& bed)
 {
     ScenarioReport report("1", "one controller 4AC1CC27: probes, online line, knob 5 programmed");

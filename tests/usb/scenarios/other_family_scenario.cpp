@@ -8,6 +8,8 @@
 #include "midi/midi_link.h"
 #include "scenario_steps.h"
 
+using namespace dialcraft;
+
 int other_family_scenario(const TestBed& bed)
 {
     ScenarioReport report("7", "other family 16C3C008: selected and programmed");

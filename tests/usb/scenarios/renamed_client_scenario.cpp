@@ -15,6 +15,8 @@
 #include "sequencer_clients.h"
 #include "sequencer_crowd.h"
 
+using namespace dialcraft;
+
 using namespace std::chrono_literals;
 
 namespace {

@@ -12,6 +12,8 @@
 #include "scenario_steps.h"
 #include "sequencer_clients.h"
 
+using namespace dialcraft;
+
 using namespace std::chrono_literals;
 
 namespace {

@@ -8,6 +8,8 @@
 #include "midi/midi_link.h"
 #include "sequencer_clients.h"
 
+using namespace dialcraft;
+
 using namespace std::chrono_literals;
 
 namespace {

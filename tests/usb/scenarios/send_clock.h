@@ -9,6 +9,8 @@
 
 #include "midi/host_selection.h"
 
+using namespace dialcraft;
+
 class SendClock final : public MidiSendObserver {
 public:
     SendClock();

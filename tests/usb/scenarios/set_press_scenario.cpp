@@ -18,6 +18,8 @@
 #include "scenario_steps.h"
 #include "watchdog.h"
 
+using namespace dialcraft;
+
 namespace {
 
 int set_press_scenario(const TestBed& bed)

@@ -1,5 +1,7 @@
 #include "timed_host.h"
 
+using namespace dialcraft;
+
 namespace {
 double ms_between(std::chrono::steady_clock::time_point from, std::chrono::steady_clock::time_point to)
 {

@@ -10,6 +10,8 @@
 
 #include "midi/forwarding_midi_host.h"
 
+using namespace dialcraft;
+
 class TimedMidiHost final : public ForwardingMidiHost {
 public:
     struct Message {

@@ -4,6 +4,8 @@
 #include "midi/midi_link.h"
 #include "scenario_steps.h"
 
+using namespace dialcraft;
+
 int two_controllers_scenario(const TestBed& bed)
 {
     ScenarioReport report("3", "two controllers: both answer, only the named one is programmed");

@@ -9,6 +9,8 @@
 #include "scenario_steps.h"
 #include "sequencer_clients.h"
 
+using namespace dialcraft;
+
 using namespace std::chrono_literals;
 
 namespace {
