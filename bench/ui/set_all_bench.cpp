@@ -25,10 +25,10 @@
 #include <string_view>
 #include <vector>
 
-#include "../family_scene.h"
-#include "../quiet_stdout.h"
 #include "base/console.h"
+#include "family_scene.h"
 #include "midi/host_selection.h"
+#include "quiet_stdout.h"
 #include "ui/press/set_all_run.h"
 #include "ui/press/set_button_action.h"
 #include "ui/shell/app_shell.h"
