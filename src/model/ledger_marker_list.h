@@ -4,6 +4,7 @@
 // bind to: markers[i] is knob i's KnobMarker as a number (0 written 已写入,
 // 1 differs 与控制器不同, 2 never written 未写入), summaryText the status
 // line's "4AC3CC27: 已写入 20, 不同 3, 未写入 4".
+#include <QFileSystemWatcher>
 #include <QList>
 #include <QMetaObject>
 #include <QObject>
@@ -44,7 +45,8 @@ public:
     bool serialHasEntries() const;
     const LedgerMarkers& knobMarkers() const { return markers_; }
 
-    // Reads the ledger file again; call after a press or a set-all run.
+    // Reads the ledger file again. It is also read again by itself whenever
+    // the file changes, by this process or another (dialcraft-cli set).
     Q_INVOKABLE void reload();
     // Of `knobs`, those whose setting the chosen controller does not hold
     // already, in the same order.
@@ -56,6 +58,7 @@ signals:
 
 private:
     void watch_records();
+    void watch_file();
     void update();
 
     GlobalState* state_ = nullptr;
@@ -63,6 +66,10 @@ private:
     QString serial_;
     LedgerMarkers markers_;
     QList<QMetaObject::Connection> record_connections_;
+    // The ledger file, or while it does not exist the nearest folder above
+    // it that does; armed again after each change, since a file replaced
+    // through a temporary file is a new file.
+    QFileSystemWatcher file_watch_;
 };
 
 }  // namespace dialcraft

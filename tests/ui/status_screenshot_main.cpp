@@ -1,8 +1,9 @@
 // Renders the real main window offscreen and saves three pictures of its
 // status line: with no controller connected after knob 5 was set, during a
 // set-all run with 4AC1CC27 connected, and after that run (one of its knobs
-// has channel 0 and fails its check).
-// Usage: ui_status_screenshot <no-controller.png> <set-all-running.png> <set-all-done.png>
+// has channel 0 and fails its check); and, given a fourth file, the ledger's
+// marks after knob 2 was edited since that run.
+// Usage: ui_status_screenshot <no-controller.png> <set-all-running.png> <set-all-done.png> [<ledger-markers.png>]
 #include <QImage>
 #include <QSettings>
 #include <QTest>
@@ -61,7 +62,13 @@ int main(int argc, char** argv)
     if (!QTest::qWaitFor([run] { return !run->running(); }, 10000))
         return 1;
     QTest::qWait(100);
-    const bool saved = save_picture(running, argv[2]) && save_picture(harness.grab(), argv[3]);
+    bool saved = save_picture(running, argv[2]) && save_picture(harness.grab(), argv[3]);
+    if (saved && argc > 4) {
+        harness.replaceText(harness.item(QStringLiteral("controllerField"), harness.panelShowingRecord(2)),
+                            QStringLiteral("75"));
+        QTest::qWait(100);
+        saved = save_picture(harness.grab(), argv[4]);
+    }
     harness.destroy();
     set_midi_host(nullptr);
     return saved ? 0 : 1;

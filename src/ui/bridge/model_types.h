@@ -8,6 +8,7 @@
 #include "model/config_file_transfer.h"
 #include "model/global_state.h"
 #include "model/knob_record.h"
+#include "model/ledger_marker_list.h"
 
 namespace dialcraft {
 
@@ -37,6 +38,13 @@ struct ConfigFileTransferForeign {
     QML_FOREIGN(dialcraft::ConfigFileTransfer)
     QML_NAMED_ELEMENT(ConfigFileTransfer)
     QML_UNCREATABLE("Each FileDialogFlow owns its file transfer.")
+};
+
+struct LedgerMarkerListForeign {
+    Q_GADGET
+    QML_FOREIGN(dialcraft::LedgerMarkerList)
+    QML_NAMED_ELEMENT(LedgerMarkerList)
+    QML_UNCREATABLE("Each window status has the markers of its state.")
 };
 
 }  // namespace dialcraft

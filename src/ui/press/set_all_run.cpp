@@ -5,6 +5,7 @@
 #include <QTimer>
 
 #include "model/global_state.h"
+#include "model/ledger_marker_list.h"
 #include "model/slot_mapping.h"
 #include "model/vocabulary.h"
 #include "ui/shell/content_view.h"
@@ -37,6 +38,12 @@ void SetAllRun::start(QQuickWindow* window)
         else
             plan_.append(record);
     }
+    const LedgerMarkerList& held = *status_.ledgerMarkers();
+    if (onlyChanged_ && held.serialHasEntries()) {
+        const QList<int> changed = held.knobsToProgram(plan_);
+        tally_.held = static_cast<int>(plan_.size() - changed.size());
+        plan_ = changed;
+    }
     done_ = 0;
     accepted_ = 0;
     refused_ = 0;
@@ -53,6 +60,14 @@ void SetAllRun::start(QQuickWindow* window)
     // during the press, so only the start needs this.
     if (window_ && window_->isExposed())
         QCoreApplication::postEvent(window_, new QEvent(QEvent::UpdateRequest));
+}
+
+void SetAllRun::setOnlyChanged(bool only)
+{
+    if (onlyChanged_ == only)
+        return;
+    onlyChanged_ = only;
+    emit onlyChangedChanged();
 }
 
 void SetAllRun::stop()

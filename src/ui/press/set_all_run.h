@@ -35,6 +35,9 @@ class SetAllRun : public QObject {
     // Knobs pressed so far, of `total` knobs to set (those with a chosen type).
     Q_PROPERTY(int done READ done NOTIFY progressChanged)
     Q_PROPERTY(int total READ total NOTIFY progressChanged)
+    // Press only the knobs whose setting the chosen controller does not hold
+    // already (by the ledger); the others are counted as already held.
+    Q_PROPERTY(bool onlyChanged READ onlyChanged WRITE setOnlyChanged NOTIFY onlyChangedChanged)
 
 public:
     SetAllRun(GlobalState& state, WindowStatus& status);
@@ -42,6 +45,8 @@ public:
     bool running() const { return running_; }
     int done() const { return done_; }
     int total() const { return static_cast<int>(plan_.size()); }
+    bool onlyChanged() const { return onlyChanged_; }
+    void setOnlyChanged(bool only);
 
     // Record indices in the order a run presses them: the window's display
     // order without the placeholder record 27.
@@ -59,6 +64,7 @@ public:
 signals:
     void runningChanged();
     void progressChanged();
+    void onlyChangedChanged();
     // After the summary has been written.
     void finished();
 
@@ -74,6 +80,7 @@ private:
     WindowStatus& status_;
     bool running_ = false;
     bool stopRequested_ = false;
+    bool onlyChanged_ = false;
     QPointer<QQuickWindow> window_;
     QMetaObject::Connection sync_;
     int turn_ = 0;

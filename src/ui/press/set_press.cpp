@@ -1,7 +1,6 @@
 #include "ui/press/set_press.h"
 
-#include "actions/set_action.h"
-#include "midi/send_tally.h"
+#include "actions/recorded_set_action.h"
 #include "model/global_state.h"
 #include "model/knob_record.h"
 #include "model/print_line.h"
@@ -24,14 +23,12 @@ SetPressOutcome press_set_button(CreateSetupAreaViewData& data, GlobalState& sta
     SetPressOutcome outcome;
     outcome.knob = data.knob_index();
     print_line(QString::number(outcome.knob) + QStringLiteral("号旋钮"));
-    {
-        const SendTally tally;
-        setup_button_action(data, state);
-        outcome.accepted = tally.accepted();
-        outcome.refused = tally.refused();
-        for (const std::string& name : tally.destinations())
-            outcome.destinations.append(QString::fromStdString(name));
-    }
+    const RecordedSetAction action = setup_button_action_recorded(data, state);
+    outcome.accepted = action.accepted;
+    outcome.refused = action.refused;
+    for (const std::string& name : action.destinations)
+        outcome.destinations.append(QString::fromStdString(name));
+    outcome.recorded = action.recorded;
     outcome.fullText = state.fullText();
     outcome.succeeded = outcome.fullText == set_success_text(outcome.knob);
     outcome.programmed = outcome.succeeded || outcome.fullText.startsWith(set_failure_first_line(outcome.knob) + u'\n');

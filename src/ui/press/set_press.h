@@ -25,13 +25,16 @@ struct SetPressOutcome {
     int refused = 0;
     // Names of the destinations that accepted a message, first-use order.
     QStringList destinations;
+    // The ledger now holds this knob's setting for the controller it went to.
+    bool recorded = false;
 };
 
 // The text the set action writes when knob `knob` was programmed.
 QString set_success_text(int knob);
 
 // Prints "<knob_index>号旋钮", then runs setup_button_action to completion
-// while counting the sends at the MIDI seam. Prints nothing more itself.
+// while counting the sends at the MIDI seam, and records the programming in
+// the ledger when the service accepted all of it. Prints nothing more itself.
 SetPressOutcome press_set_button(CreateSetupAreaViewData& data, GlobalState& state);
 
 }  // namespace dialcraft

@@ -23,6 +23,8 @@ Control {
     readonly property bool usable: !placeholder && !StatusBoard.of(globalState).busy
     // "5号旋钮": the label's text, also the start of every accessible name.
     readonly property string knobName: record.knob_index + "号旋钮"
+    // What the chosen controller holds of this knob, by the ledger.
+    readonly property int marker: placeholder ? -1 : StatusBoard.of(globalState).ledgerMarkers.markers[record.knob_index] ?? -1
 
     // Declared for a result message and alert that the panel never presents:
     // results are only ever shown in the device column's text area.
@@ -31,6 +33,7 @@ Control {
     property bool showAlert: false
 
     objectName: "knobPanel"
+    Accessible.description: mark.markerText
     padding: 8
     opacity: placeholder ? 0.5 : 1.0
 
@@ -67,6 +70,7 @@ Control {
                 // dimmed with its whole panel already.
                 opacity: enabled || panel.placeholder ? 1 : 0.45
                 Accessible.name: panel.knobName + " 设置"
+                Accessible.description: mark.markerText
                 contentItem: Text {
                     text: "设置"
                     color: "black"
@@ -169,6 +173,12 @@ Control {
                 symbol: "\u2601"
                 text: "0-127"
             }
+        }
+
+        KnobMark {
+            id: mark
+            Layout.alignment: Qt.AlignHCenter
+            marker: panel.marker
         }
     }
 }

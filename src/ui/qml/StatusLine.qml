@@ -39,6 +39,18 @@ ColumnLayout {
         Accessible.name: text
     }
 
+    // What the chosen controller holds, summed up: written, differing and
+    // never written knobs, by the ledger.
+    Label {
+        objectName: "ledgerSummary"
+        Layout.fillWidth: true
+        text: line.status.ledgerMarkers.summaryText
+        wrapMode: Text.Wrap
+        font.pixelSize: 12
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+
     // Keeps its room while hidden, so the column does not jump when a run
     // starts or ends.
     Item {

@@ -50,6 +50,9 @@ ToolBar {
         SetAllButton {
             globalState: bar.globalState
         }
+        OnlyChangedBox {
+            globalState: bar.globalState
+        }
         Item { Layout.fillWidth: true }
     }
 }

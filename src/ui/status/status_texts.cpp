@@ -83,6 +83,8 @@ QString set_all_summary(const SetAllTally& tally)
     lines.append(QStringLiteral("成功(succeeded): ") + QString::number(tally.succeeded));
     lines.append(QStringLiteral("失败(failed): ") + QString::number(tally.failed.size()));
     lines.append(QStringLiteral("跳过(skipped): ") + QString::number(tally.skipped));
+    if (tally.held > 0)
+        lines.append(QStringLiteral("已跳过(skipped, already held): ") + QString::number(tally.held));
     if (tally.stopped)
         lines.append(QStringLiteral("未设置(not run): ") + QString::number(tally.notRun));
     for (const SetPressOutcome& press : tally.failed)

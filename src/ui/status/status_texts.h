@@ -28,6 +28,8 @@ QString set_all_progress_text(int done, int total, int knob);
 struct SetAllTally {
     int succeeded = 0;
     int skipped = 0;
+    // Left out of an "only changed" run: the controller holds them already.
+    int held = 0;
     int notRun = 0;  // left when the run was stopped
     bool stopped = false;
     // Each failed press with its fullText, in run order.

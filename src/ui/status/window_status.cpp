@@ -3,12 +3,16 @@
 #include <QQmlEngine>
 
 #include "model/global_state.h"
+#include "model/ledger_marker_list.h"
 #include "ui/press/set_all_run.h"
 
 namespace dialcraft {
 
-WindowStatus::WindowStatus(GlobalState& state) : QObject(&state), setAll_(new SetAllRun(state, *this))
+WindowStatus::WindowStatus(GlobalState& state)
+    : QObject(&state), ledgerMarkers_(new LedgerMarkerList(this)), setAll_(new SetAllRun(state, *this))
 {
+    ledgerMarkers_->setGlobalState(&state);
+    QQmlEngine::setObjectOwnership(ledgerMarkers_, QQmlEngine::CppOwnership);
     // Handed to QML through a method call; the state owns it, never QML.
     QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
     connect(setAll_, &SetAllRun::runningChanged, this, &WindowStatus::busyChanged);

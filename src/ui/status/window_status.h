@@ -10,6 +10,7 @@
 namespace dialcraft {
 
 class GlobalState;
+class LedgerMarkerList;
 class SetAllRun;
 
 class WindowStatus : public QObject {
@@ -18,6 +19,9 @@ class WindowStatus : public QObject {
     QML_UNCREATABLE("Each GlobalState has one; reach it with StatusBoard.of(globalState).")
     Q_PROPERTY(QString message READ message NOTIFY messageChanged)
     Q_PROPERTY(dialcraft::SetAllRun* setAll READ setAll CONSTANT)
+    // What the controller chosen in the model menu holds, knob by knob,
+    // against the panels: the markers and the status line's sum.
+    Q_PROPERTY(dialcraft::LedgerMarkerList* ledgerMarkers READ ledgerMarkers CONSTANT)
     // True while a set-all run goes on: the window's other controls are off.
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
 
@@ -28,6 +32,7 @@ public:
     QString message() const { return message_; }
     void setMessage(const QString& text);
     SetAllRun* setAll() const { return setAll_; }
+    LedgerMarkerList* ledgerMarkers() const { return ledgerMarkers_; }
     bool busy() const;
 
 signals:
@@ -38,6 +43,7 @@ private:
     explicit WindowStatus(GlobalState& state);
 
     QString message_;
+    LedgerMarkerList* ledgerMarkers_;
     SetAllRun* setAll_;
 };
 
