@@ -16,11 +16,11 @@ endfunction()
 
 function(dialcraft_write_link_graph)
   set(content "")
-  foreach(top src tools tests bench)
-    if(NOT EXISTS ${PROJECT_SOURCE_DIR}/${top}/CMakeLists.txt)
-      continue()
-    endif()
-    dialcraft_collect_targets(${PROJECT_SOURCE_DIR}/${top} targets)
+  # The folders this configuration added (tests and benchmarks only when
+  # they are built).
+  get_property(tops DIRECTORY ${PROJECT_SOURCE_DIR} PROPERTY SUBDIRECTORIES)
+  foreach(top IN LISTS tops)
+    dialcraft_collect_targets(${top} targets)
     foreach(target IN LISTS targets)
       get_target_property(type ${target} TYPE)
       if(NOT type MATCHES "^(STATIC_LIBRARY|SHARED_LIBRARY|MODULE_LIBRARY|OBJECT_LIBRARY|EXECUTABLE)$")
