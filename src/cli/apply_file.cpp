@@ -17,7 +17,6 @@ namespace {
 
 constexpr qsizetype mapped_lines = mapped_knob_count * 3;
 constexpr size_t lines_named = 10;
-const std::string warning = "dialcraft-cli apply: 警告(warning): ";
 
 // The file's lines; the line feed after the last one ends it and starts no
 // line of its own. A carriage return before a line feed belongs to the line
@@ -52,8 +51,9 @@ std::string line_list(const std::vector<qsizetype>& lines)
 
 }  // namespace
 
-ApplyFile read_apply_file(const QString& text, GlobalState& state, CliConsole& console)
+QStringList read_positional_lines(const QString& text, CliConsole& console, const std::string& command)
 {
+    const std::string warning = "dialcraft-cli " + command + ": 警告(warning): ";
     const QStringList lines = file_lines(text);
     if (lines.size() < mapped_lines)
         console.error_text(warning + "文件只有 " + std::to_string(lines.size()) +
@@ -68,7 +68,26 @@ ApplyFile read_apply_file(const QString& text, GlobalState& state, CliConsole& c
     if (!typeless.empty())
         console.error_text(warning + "类型行不是消息类型, 这些旋钮跳过(type lines that name no message type; " +
                            "those knobs are skipped): 第(line) " + line_list(typeless) + "\n");
+    return lines;
+}
 
+QStringList positional_table(const QStringList& lines)
+{
+    QStringList table = lines;
+    pad_to_300_slots(table);
+    for (int knob = 0; knob < mapped_knob_count; ++knob) {
+        const qsizetype first = knob * 3;
+        if (!table[first + 1].trimmed().isEmpty())
+            continue;
+        for (qsizetype slot = first; slot < first + 3; ++slot)
+            table[slot] = initialSettings()[slot];
+    }
+    return table;
+}
+
+ApplyFile read_apply_file(const QString& text, GlobalState& state, CliConsole& console)
+{
+    const QStringList lines = read_positional_lines(text, console, "apply");
     configuration.settings = lines;
     pad_to_300_slots(configuration.settings);
     ApplyFile file;

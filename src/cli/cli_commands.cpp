@@ -136,10 +136,12 @@ constexpr std::string_view export_help =
 constexpr std::string_view import_help =
     "用法(usage): dialcraft-cli import FILE [--verbose]\n"
     "\n"
-    "把文件读入存储的旋钮表(reads FILE into the stored knob table) by the rules of the window's\n"
-    "导入配置(Import Config): one slot a line, empty lines dropped, at least 300 slots. A warning on\n"
-    "standard error names dropped empty lines, since the knobs after them shift. The window shows the\n"
-    "table at its next start.\n"
+    "把文件读入存储的旋钮表(reads FILE into the stored knob table) by position, as apply reads it:\n"
+    "one slot a line, an empty line is an empty slot and nothing shifts, so what export wrote comes\n"
+    "back as the same table. Knobs 0 to 26 whose channel line is empty (never configured) are stored\n"
+    "unconfigured. Unlike the window's 导入配置(Import Config), which drops empty lines, no knob moves.\n"
+    "A warning tells when the file has fewer than 81 lines or a type line names no type (a file that\n"
+    "did not come from an export). The window shows the table at its next start.\n"
     "\n"
     "退出状态(exit status): 0 已导入(imported), 1 无法存储(could not be stored),\n"
     "2 参数错误或文件不可读(bad argument or unreadable file)\n";

@@ -6,6 +6,7 @@
 
 #include <ostream>
 
+#include "cli/apply_file.h"
 #include "cli/cli.h"
 #include "cli/cli_arguments.h"
 #include "cli/cli_commands.h"
@@ -81,13 +82,11 @@ int run_import(const CliContext& context)
 {
     const std::string& path = context.request.operands[0];
     const QString text = read_text_file(path);
-    warn_about_cutting(context.console, "import", text);
 
-    // The window's import hands the file's text to reverseUpdateDocument and
-    // keeps the resulting table in memory; here it is stored at once.
-    ConfigFileTransfer transfer;
-    transfer.document.text = text;
-    transfer.reverseUpdateDocument();
+    // By position, like apply: an empty line is an empty slot, so the file
+    // of an export comes back as the table it was written from. (The window's
+    // import drops empty lines, and every knob after one shifts.)
+    configuration.settings = positional_table(read_positional_lines(text, context.console, "import"));
     if (!saveCustomInfoChecked()) {
         context.console.error_text("dialcraft-cli import: 无法存储旋钮表(the knob table could not be stored)\n");
         return cli_failed;

@@ -132,12 +132,19 @@ expect_status 0 "export" "$cli" export "$work/out.txt"
 lines=$(sed -n 's/^已导出(exported) \([0-9]*\) 行(lines) -> .*/\1/p' "$work/out")
 check "export writes the ${lines:-?} lines it reports" \
   test "$(($(tr -cd '\n' <"$work/out.txt" | wc -c) + 1))" -eq "${lines:-0}"
-printf 'Note On\n\n1\n60\n' >"$work/gap.txt"
-expect_status 0 "import" "$cli" import "$work/gap.txt"
-check "import warns about the dropped empty line" grep -q '警告(warning): 1 个空行被丢弃' "$work/err"
+# Import reads by position: the export just written comes back unchanged.
+run "$cli" show --json
+cp "$work/out" "$work/before.json"
+printf 'Note On\n1\n60\n' >"$work/other.txt"
+expect_status 0 "import of another file" "$cli" import "$work/other.txt"
+check "import warns about a file shorter than an export" grep -q '警告(warning): 文件只有 3 行' "$work/err"
 run "$cli" show --json
 check "the imported table is the stored one" \
   grep -q '^\[{"channel":"1","controller":"60","knob":0,"type":"Note On"}' "$work/out"
+expect_status 0 "import of the export" "$cli" import "$work/out.txt"
+check "import of an export warns of nothing" test ! -s "$work/err"
+run "$cli" show --json
+check "export then import gives back the same table" cmp -s "$work/out" "$work/before.json"
 
 # The virtual controller.
 run "$vc" --help
