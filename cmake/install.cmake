@@ -6,7 +6,7 @@ include(GNUInstallDirs)
 # Every program that is installed; add new ones here.
 set(DIALCRAFT_PROGRAMS dialcraft dialcraft-cli dialcraft-virtual-controller)
 # Manual pages in data/, as <name>.<section>.in, configured with the version.
-set(DIALCRAFT_MAN_PAGES dialcraft.1)
+set(DIALCRAFT_MAN_PAGES dialcraft.1 dialcraft-cli.1 dialcraft-virtual-controller.1)
 
 install(TARGETS ${DIALCRAFT_PROGRAMS} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 

@@ -30,6 +30,7 @@ constexpr std::string_view general_help =
     "  --json      机器可读的输出(machine-readable output): list, show, set, apply\n"
     "  --verbose   诊断行写到标准错误(the diagnostic lines go to standard error)\n"
     "  --help      帮助(help); dialcraft-cli COMMAND --help 说明一个命令(describes one command)\n"
+    "  --version   版本(the version), alone: dialcraft-cli --version\n"
     "\n"
     "控制器无法读回(a controller cannot be read back): set 和 apply 把每个完全被接受的设置记入\n"
     "控制器记录(set and apply record every fully accepted programming in the ledger), ledger.json\n"

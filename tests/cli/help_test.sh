@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Runs the --help of dialcraft-cli and dialcraft-virtual-controller as
-# processes and checks that each program does what its help says.
+# processes and checks that each program does what its help says, and the
+# --version of all three programs.
 #
-#   help_test.sh <dialcraft-cli> <dialcraft-virtual-controller>
+#   help_test.sh <dialcraft-cli> <dialcraft-virtual-controller> <dialcraft> <version>
 #
 # ALSA is pointed at an empty configuration, so no sequencer can be opened
 # and no controller plugged into this machine is ever programmed; the
@@ -10,6 +11,8 @@
 set -uo pipefail
 cli=$1
 vc=$2
+window=$3
+version=$4
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -160,6 +163,17 @@ if grep -q '1 无法使用 ALSA 音序器' <<<"$vc_help"; then
 else
   fail "the virtual controller's help lists no exit status 1"
 fi
+
+# --version, alone, of each program: one line on standard output, exit 0;
+# the window answers it without a display.
+for program in "$cli" "$vc" "$window"; do
+  name=$(basename "$program")
+  run env -u DISPLAY -u WAYLAND_DISPLAY QT_QPA_PLATFORM=none "$program" --version
+  check "$name --version (exit 0)" test "$status" -eq 0
+  check "$name --version prints \"$name $version\"" test "$(cat "$work/out")" = "$name $version"
+  check "$name --version writes nothing to standard error" test ! -s "$work/err"
+done
+check "dialcraft-cli --help names --version" grep -q -- '--version' <(run "$cli" --help; cat "$work/out")
 
 if [ "$failures" -ne 0 ]; then
   echo "$failures check(s) failed"

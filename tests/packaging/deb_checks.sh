@@ -32,6 +32,7 @@ for f in usr/bin/dialcraft usr/bin/dialcraft-cli usr/bin/dialcraft-virtual-contr
          "usr/share/icons/hicolor/scalable/apps/$id.svg" "usr/share/icons/hicolor/48x48/apps/$id.png" \
          "usr/share/icons/hicolor/128x128/apps/$id.png" "usr/share/icons/hicolor/256x256/apps/$id.png" \
          "usr/share/metainfo/$id.metainfo.xml" usr/share/man/man1/dialcraft.1.gz \
+         usr/share/man/man1/dialcraft-cli.1.gz usr/share/man/man1/dialcraft-virtual-controller.1.gz \
          usr/share/doc/dialcraft/copyright usr/share/doc/dialcraft/changelog.gz; do
   grep -qx "./$f" "$workdir/contents" || fail "the package lacks /$f"
 done

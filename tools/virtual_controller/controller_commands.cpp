@@ -31,6 +31,8 @@ constexpr std::string_view full_help =
     "\n"
     "%COMMANDS%"
     "\n"
+    "--version 版本(the version), alone: dialcraft-virtual-controller --version\n"
+    "\n"
     "退出状态(exit status): 0 正常结束(normal end), 1 无法使用 ALSA 音序器(the ALSA sequencer cannot be used),\n"
     "2 参数错误(bad argument)\n";
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "base/program_version.h"
 #include "virtual_controller/controller_commands.h"
 #include "virtual_controller/sequencer_controller.h"
 #include "virtual_controller/virtual_knobs.h"
@@ -183,6 +184,8 @@ using namespace dialcraft;
 
 int main(int argc, char** argv)
 {
+    if (asks_version(argc, argv))
+        return std::fputs(version_line("dialcraft-virtual-controller").c_str(), stdout) < 0 ? 1 : 0;
     const auto parsed = parse_controller_arguments(std::vector<std::string>(argv + 1, argv + argc));
     if (const auto* error = std::get_if<std::string>(&parsed)) {
         complain(*error);
