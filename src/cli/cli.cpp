@@ -1,10 +1,15 @@
 #include "cli/cli.h"
 
+#include <QJsonObject>
+#include <QString>
+
 #include <ostream>
+#include <sstream>
 
 #include "cli/cli_arguments.h"
 #include "cli/cli_commands.h"
 #include "cli/cli_console.h"
+#include "cli/cli_output.h"
 #include "model/ledger_store.h"
 
 namespace dialcraft {
@@ -17,6 +22,14 @@ bool asks_verbose(const std::vector<std::string>& args)
 {
     for (const std::string& word : args)
         if (word == "--verbose")
+            return true;
+    return false;
+}
+
+bool asks_json(const std::vector<std::string>& args)
+{
+    for (const std::string& word : args)
+        if (word == "--json")
             return true;
     return false;
 }
@@ -37,20 +50,9 @@ std::string command_named(const std::vector<std::string>& args)
     return {};
 }
 
-}  // namespace
-
-int run_cli(const std::vector<std::string>& args, MidiHost& host, std::ostream& out, std::ostream& err,
-            bool err_is_terminal)
+int run_request(const std::vector<std::string>& args, MidiHost& host, std::ostream& out, CliConsole& console,
+                bool err_is_terminal)
 {
-    CliConsole console(err, asks_verbose(args));
-    // The ledger's lines (an unreadable file moved aside, a failed write)
-    // join the tool's own error output.
-    const LedgerNoticeSink previous_sink = set_ledger_notice_sink(
-        [&console](std::string_view line) { console.error_text(line); });
-    const struct SinkBack {
-        const LedgerNoticeSink& previous;
-        ~SinkBack() { set_ledger_notice_sink(previous); }
-    } sink_back{previous_sink};
     try {
         const CliRequest request = parse_cli_arguments(args);
         if (request.help) {
@@ -66,6 +68,38 @@ int run_cli(const std::vector<std::string>& args, MidiHost& host, std::ostream& 
                            "\n");
         return cli_usage_error;
     }
+}
+
+}  // namespace
+
+int run_cli(const std::vector<std::string>& args, MidiHost& host, std::ostream& out, std::ostream& err,
+            bool err_is_terminal)
+{
+    CliConsole console(err, asks_verbose(args));
+    // The ledger's lines (an unreadable file moved aside, a failed write)
+    // join the tool's own error output.
+    const LedgerNoticeSink previous_sink = set_ledger_notice_sink(
+        [&console](std::string_view line) { console.error_text(line); });
+    const struct SinkBack {
+        const LedgerNoticeSink& previous;
+        ~SinkBack() { set_ledger_notice_sink(previous); }
+    } sink_back{previous_sink};
+    // A script reading JSON from a command that writes JSON gets JSON for a
+    // failure too: when the command printed nothing, an object with the
+    // error line and the exit status.
+    const CliCommand* command = find_cli_command(command_named(args));
+    if (!asks_json(args) || !command || !command->takes_json)
+        return run_request(args, host, out, console, err_is_terminal);
+    std::ostringstream results;
+    const int status = run_request(args, host, results, console, err_is_terminal);
+    if (results.str().empty() && status != cli_success)
+        out << json_line(QJsonObject{{QStringLiteral("error"), QString::fromStdString(console.last_error())},
+                                     {QStringLiteral("exit"), status},
+                                     {QStringLiteral("ok"), false}});
+    else
+        out << results.str();
+    out.flush();
+    return status;
 }
 
 }  // namespace dialcraft

@@ -24,12 +24,16 @@ public:
     // Text of the tool itself for the error stream (warnings, errors, the
     // progress bar), under the same lock so console lines never cut into it.
     void error_text(std::string_view text);
+    // The last line of the tool's own error text (without its line feed),
+    // for --json to report a failure on standard output too.
+    std::string last_error() const;
 
     bool verbose() const { return verbose_; }
 
 private:
-    std::mutex mutex_;
+    mutable std::mutex mutex_;
     std::ostream& err_;
+    std::string last_error_;
     bool verbose_;
     ConsoleSink* previous_;
 };

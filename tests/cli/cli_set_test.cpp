@@ -121,6 +121,27 @@ TEST_F(SetTest, NoControllerExitsThreeAndSendsNothing)
     EXPECT_TRUE(sim.sent().empty());
 }
 
+TEST_F(SetTest, JsonReportsAFailureAsJsonToo)
+{
+    const CliRun none = run({"set", "5", "cc", "2", "74", "--json"});
+    EXPECT_EQ(none.status, cli_no_controller);
+    EXPECT_EQ(none.out,
+              "{\"error\":\"dialcraft-cli set: 没有控制器(no controller is present)\",\"exit\":3,\"ok\":false}\n");
+    EXPECT_EQ(none.err, "dialcraft-cli set: 没有控制器(no controller is present)\n");
+
+    plug("4AC1CC27");
+    const CliRun bad = run({"set", "5", "cc", "2", "740", "--json"});
+    EXPECT_EQ(bad.status, cli_usage_error);
+    EXPECT_EQ(
+        bad.out,
+        "{\"error\":\"dialcraft-cli set: CONTROLLER \\\"740\\\" 无效(invalid); 可用(accepted): 0-127\",\"exit\":2,"
+        "\"ok\":false}\n");
+    EXPECT_TRUE(sim.sent().empty());
+
+    // A command without JSON output keeps standard output empty.
+    EXPECT_EQ(run({"export", "x.txt", "--json"}).out, "");
+}
+
 TEST_F(SetTest, RefusedMessagesFailTheKnob)
 {
     const int destination = plug("4AC1CC27");
