@@ -39,7 +39,8 @@ constexpr std::string_view general_help =
     "\n"
     "标准输出只有结果(standard output carries only results).\n"
     "退出状态(exit status): 0 成功(success), 1 旋钮设置失败或什么也没发送(a knob failed or nothing was sent),\n"
-    "2 用法错误(usage error), 3 没有控制器(no controller)\n";
+    "2 用法错误(usage error), 3 没有控制器(no controller),\n"
+    "4 ALSA 音序器不可用(the ALSA sequencer is not available: /dev/snd/seq missing; sudo modprobe snd-seq)\n";
 
 constexpr std::string_view list_help =
     "用法(usage): dialcraft-cli list [--json] [--verbose]\n"

@@ -36,10 +36,8 @@ int run_list(const CliContext& context)
     }
     context.out.flush();
 
-    if (!session.opened()) {
-        context.console.error_text("dialcraft-cli list: 无法打开 MIDI 服务(cannot open the MIDI service)\n");
-        return cli_no_controller;
-    }
+    if (!session.opened())
+        return report_unopened_service(context);
     if (present.empty()) {
         context.console.error_text("dialcraft-cli list: 没有控制器(no controller is present)\n");
         return cli_no_controller;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/sequencer_device.h"
 #include "cli/cli.h"
 #include "cli/cli_arguments.h"
 #include "cli/cli_commands.h"
@@ -23,13 +24,22 @@ MidiSession::~MidiSession()
     set_midi_host(previous_);
 }
 
+int report_unopened_service(const CliContext& context)
+{
+    const std::string prefix = "dialcraft-cli " + std::string(context.request.command->name) + ": ";
+    if (const auto reason = sequencer_unavailable_reason()) {
+        context.console.error_text(prefix + sequencer_unavailable_text(*reason) + "\n");
+        return cli_no_sequencer;
+    }
+    context.console.error_text(prefix + "无法打开 MIDI 服务(cannot open the MIDI service)\n");
+    return cli_no_controller;
+}
+
 int choose_menu_serial(const CliContext& context, MidiSession& session, std::string* menu_serial)
 {
     const std::string prefix = "dialcraft-cli " + std::string(context.request.command->name) + ": ";
-    if (!session.opened()) {
-        context.console.error_text(prefix + "无法打开 MIDI 服务(cannot open the MIDI service)\n");
-        return cli_no_controller;
-    }
+    if (!session.opened())
+        return report_unopened_service(context);
     std::vector<std::string> present;
     for (const PresentController& controller : present_family_controllers(context.host))
         if (std::find(present.begin(), present.end(), controller.serial) == present.end())

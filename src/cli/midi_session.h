@@ -33,4 +33,9 @@ private:
 // --serial: 2).
 int choose_menu_serial(const CliContext& context, MidiSession& session, std::string* menu_serial);
 
+// When the MIDI service could not be opened: one line saying why, the
+// sequencer's device named when it is missing (exit 4), else that the
+// service could not be opened (exit 3). Returns that exit status.
+int report_unopened_service(const CliContext& context);
+
 }  // namespace dialcraft

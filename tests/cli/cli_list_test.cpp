@@ -1,6 +1,10 @@
 // dialcraft-cli list.
 #include "cli_fixture.h"
 
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 using namespace dialcraft;
 
 using ListTest = CliTest;
@@ -60,6 +64,30 @@ TEST_F(ListTest, ServiceThatCannotBeOpenedExitsThree)
     EXPECT_EQ(result.status, cli_no_controller);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, "dialcraft-cli list: 无法打开 MIDI 服务(cannot open the MIDI service)\n");
+}
+
+TEST_F(ListTest, AMissingSequencerIsNamedAndExitsFour)
+{
+    const QByteArray missing = QDir(QString::fromStdString(file("no-snd"))).filePath("seq").toUtf8();
+    qputenv("DIALCRAFT_SEQ_DEVICE", missing);
+    sim.set_available(false);
+    const CliRun list = run({"list"});
+    const CliRun set = run({"set", "5", "cc", "2", "74", "--json"});
+    qputenv("DIALCRAFT_SEQ_DEVICE", "/dev/null");
+
+    const std::string why = "ALSA 音序器不可用(the ALSA sequencer is not available) (" + missing.toStdString() +
+                            ": No such file or directory); 加载(load it with) `sudo modprobe snd-seq`";
+    EXPECT_EQ(list.status, cli_no_sequencer);
+    EXPECT_EQ(list.out, "");
+    EXPECT_EQ(list.err, "dialcraft-cli list: " + why + "\n");
+    EXPECT_EQ(set.status, cli_no_sequencer);
+    EXPECT_EQ(set.err, "dialcraft-cli set: " + why + "\n");
+    EXPECT_EQ(set.out, QJsonDocument(QJsonObject{{"error", QString::fromStdString("dialcraft-cli set: " + why)},
+                                                 {"exit", cli_no_sequencer},
+                                                 {"ok", false}})
+                               .toJson(QJsonDocument::Compact)
+                               .toStdString() +
+                           "\n");
 }
 
 TEST_F(ListTest, VerboseSendsTheLinkLinesToStandardError)

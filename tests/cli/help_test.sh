@@ -16,7 +16,10 @@ version=$4
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-export HOME=$work XDG_CONFIG_HOME=$work/config ALSA_CONFIG_PATH=$work/alsa.conf
+# The sequencer's device is taken as present (DIALCRAFT_SEQ_DEVICE, the
+# programs' test hook): the empty configuration makes "cannot open the
+# service" on any machine; the missing sequencer is checked on its own below.
+export HOME=$work XDG_CONFIG_HOME=$work/config ALSA_CONFIG_PATH=$work/alsa.conf DIALCRAFT_SEQ_DEVICE=/dev/null
 : >"$ALSA_CONFIG_PATH"
 
 failures=0
@@ -163,6 +166,16 @@ if grep -q '1 无法使用 ALSA 音序器' <<<"$vc_help"; then
 else
   fail "the virtual controller's help lists no exit status 1"
 fi
+
+# A missing sequencer is named, with what to do, and has an exit status of
+# its own; alsa-lib's own lines do not reach the terminal.
+why="ALSA 音序器不可用(the ALSA sequencer is not available) ($work/no-snd/seq: No such file or directory); 加载(load it with) \`sudo modprobe snd-seq\`"
+DIALCRAFT_SEQ_DEVICE=$work/no-snd/seq expect_status 4 "list without a sequencer" "$cli" list
+check "list names the missing sequencer" test "$(cat "$work/err")" = "dialcraft-cli list: $why"
+check "dialcraft-cli --help lists exit status 4" grep -q '4 ALSA 音序器不可用' <(run "$cli" --help; cat "$work/out")
+DIALCRAFT_SEQ_DEVICE=$work/no-snd/seq expect_status 1 "the virtual controller without a sequencer" "$vc"
+check "the virtual controller names the missing sequencer" \
+  test "$(cat "$work/err")" = "dialcraft-virtual-controller: 4AC1CC27: $why"
 
 # --version, alone, of each program: one line on standard output, exit 0;
 # the window answers it without a display.

@@ -4,6 +4,8 @@
 
 #include <array>
 
+#include "base/sequencer_device.h"
+
 namespace dialcraft {
 
 SequencerController::~SequencerController()
@@ -16,6 +18,10 @@ SequencerController::~SequencerController()
         snd_seq_close(seq_);
 }
 
+namespace {
+void quiet_alsa_errors(const char*, int, const char*, int, const char*, ...) {}
+}  // namespace
+
 bool SequencerController::fail(const std::string& what, int err)
 {
     error_ = what + ": " + snd_strerror(err);
@@ -24,8 +30,15 @@ bool SequencerController::fail(const std::string& what, int err)
 
 bool SequencerController::open(const std::string& serial)
 {
+    // alsa-lib also prints some failures it returns (a missing /dev/snd/seq)
+    // on standard error; this program says them once, in its own words.
+    snd_lib_error_set_handler(quiet_alsa_errors);
     if (int err = snd_seq_open(&seq_, "default", SND_SEQ_OPEN_DUPLEX, SND_SEQ_NONBLOCK); err < 0) {
         seq_ = nullptr;
+        if (const auto reason = sequencer_unavailable_reason()) {
+            error_ = sequencer_unavailable_text(*reason);
+            return false;
+        }
         return fail("无法打开 ALSA 音序器(cannot open the ALSA sequencer)", err);
     }
     if (int err = snd_seq_set_client_name(seq_, serial.c_str()); err < 0)
