@@ -1,6 +1,7 @@
 // The status line under the text area: the controllers present, followed
 // live as the simulated service changes, and what a set press really sent.
 // None of it is printed, and the MIDI link's state is left alone.
+#include <QDir>
 #include <QElapsedTimer>
 #include <QSettings>
 #include <QTest>
@@ -56,6 +57,20 @@ private slots:
         QVERIFY(openAndStartPresence());
         QVERIFY(!presence()->property("notified").toBool());
         followPlugging();
+    }
+
+    void presenceNamesAMissingSequencer()
+    {
+        const QByteArray missing = QDir(QDir::tempPath()).filePath(QStringLiteral("dialcraft-no-snd/seq")).toUtf8();
+        qputenv("DIALCRAFT_SEQ_DEVICE", missing);
+        use(std::make_unique<SimMidiHost>());
+        const bool started = openAndStartPresence();
+        const QString shown = presenceText();
+        qputenv("DIALCRAFT_SEQ_DEVICE", "/dev/null");
+        QVERIFY(started);
+        QCOMPARE(shown, QStringLiteral("ALSA 音序器不可用(the ALSA sequencer is not available) (") +
+                            QString::fromUtf8(missing) +
+                            QStringLiteral(": No such file or directory); 加载(load it with) `sudo modprobe snd-seq`"));
     }
 
     void presenceIsLookedUpOnlyAfterTheFirstFrame()

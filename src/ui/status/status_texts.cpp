@@ -1,5 +1,7 @@
 #include "ui/status/status_texts.h"
 
+#include "base/sequencer_device.h"
+
 namespace dialcraft {
 
 QString knob_list_text(const QList<int>& knobs)
@@ -22,8 +24,13 @@ QString knob_list_text(const QList<int>& knobs)
 
 QString presence_text(const QStringList& serials)
 {
-    if (serials.isEmpty())
+    // No controller because there is no sequencer at all: re-plugging the
+    // controller would not help, loading the module does.
+    if (serials.isEmpty()) {
+        if (const auto reason = sequencer_unavailable_reason())
+            return QString::fromStdString(sequencer_unavailable_text(*reason));
         return QStringLiteral("未发现控制器(No controller found)");
+    }
     return QStringLiteral("已连接(Connected): ") + serials.join(QStringLiteral(", "));
 }
 

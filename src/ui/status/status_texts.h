@@ -15,6 +15,8 @@ namespace dialcraft {
 QString knob_list_text(const QList<int>& knobs);
 
 // Which controllers of the family the service shows; `serials` in its order.
+// Which controllers of the family are connected; with none, whether that is
+// because the ALSA sequencer itself is missing.
 QString presence_text(const QStringList& serials);
 
 // What one press really did.
