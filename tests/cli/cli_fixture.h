@@ -22,6 +22,7 @@
 #include "midi/sim/sim_midi_host.h"
 #include "model/configuration.h"
 #include "model/stored_configuration.h"
+#include "programming_messages.h"
 
 using namespace dialcraft;
 
@@ -66,12 +67,7 @@ protected:
     // The programming sequence of one knob, as the wire carries it.
     static Messages frame(uint8_t knob, uint8_t type_channel, uint8_t controller)
     {
-        const uint8_t channel = type_channel & 0x0F;
-        return {{0xF8},
-                {static_cast<uint8_t>(0x90 | channel), controller, knob},
-                {static_cast<uint8_t>(0x80 | channel), controller, knob},
-                {type_channel, controller, knob},
-                {0xF8}};
+        return programming_messages(knob, type_channel, controller);
     }
 
     // The bytes sent, in order; each packet also checked to go to `destination`.

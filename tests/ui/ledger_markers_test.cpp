@@ -10,6 +10,7 @@
 
 #include "midi/host_selection.h"
 #include "model/ledger_store.h"
+#include "programming_messages.h"
 #include "sim_scene.h"
 #include "ui/press/set_all_run.h"
 #include "ui/status/window_status.h"
@@ -28,12 +29,7 @@ const QString neverWritten = QStringLiteral("○ 未写入(never written)");
 // The five messages that program `knob` as Control Change on `channel`.
 std::vector<Bytes> controlChange(uint8_t knob, uint8_t channel, uint8_t controller)
 {
-    const uint8_t n = static_cast<uint8_t>(channel - 1);
-    return {{0xF8},
-            {static_cast<uint8_t>(0x90 | n), controller, knob},
-            {static_cast<uint8_t>(0x80 | n), controller, knob},
-            {static_cast<uint8_t>(0xB0 | n), controller, knob},
-            {0xF8}};
+    return programming_messages(knob, static_cast<uint8_t>(0xB0 | (channel - 1)), controller);
 }
 
 QString attached(QQuickItem* item, const char* property)

@@ -12,6 +12,7 @@
 #include "console_capture.h"
 #include "midi/host_selection.h"
 #include "model/print_line.h"
+#include "programming_messages.h"
 #include "sim_scene.h"
 #include "ui/press/set_all_run.h"
 #include "ui/status/window_status.h"
@@ -23,15 +24,11 @@ using Bytes = std::vector<uint8_t>;
 
 namespace {
 
-// The five messages that program `knob`: F8; 9n cc kk; 8n cc kk; Tn cc kk; F8.
+// The five messages that program `knob` with the type of status nibble
+// `nibble` (0xB: Control Change).
 std::vector<Bytes> programming(uint8_t knob, uint8_t nibble, uint8_t channel, uint8_t controller)
 {
-    const uint8_t n = static_cast<uint8_t>(channel - 1);
-    return {{0xF8},
-            {static_cast<uint8_t>(0x90 | n), controller, knob},
-            {static_cast<uint8_t>(0x80 | n), controller, knob},
-            {static_cast<uint8_t>((nibble << 4) | n), controller, knob},
-            {0xF8}};
+    return programming_messages(knob, static_cast<uint8_t>((nibble << 4) | (channel - 1)), controller);
 }
 
 QStringList knobLines(const QStringList& lines)

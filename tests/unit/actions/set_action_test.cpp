@@ -9,6 +9,7 @@
 #include "link_lines.h"
 #include "model/global_state.h"
 #include "model/handover.h"
+#include "programming_messages.h"
 #include "sim_link_fixture.h"
 
 using namespace dialcraft;
@@ -83,11 +84,7 @@ protected:
 
     static std::vector<Bytes> programming(uint8_t type_channel, uint8_t controller, uint8_t knob_index)
     {
-        return {{0xF8},
-                {static_cast<uint8_t>(0x90 | (type_channel & 0x0F)), controller, knob_index},
-                {static_cast<uint8_t>(0x80 | (type_channel & 0x0F)), controller, knob_index},
-                {type_channel, controller, knob_index},
-                {0xF8}};
+        return programming_messages(knob_index, type_channel, controller);
     }
 
     GlobalState state;
