@@ -100,7 +100,10 @@ check_start_lines() {
 # module would show there.
 check_quiet_stderr() {
   local file=$1
-  if [[ -s $file ]]; then
+  # Qt's offscreen platform (a test platform, never a user's) says once that
+  # it ignores window size hints when the window's minimum size settles after
+  # it was shown, which a busy machine makes happen; every other line counts.
+  if grep -vqx 'This plugin does not support propagateSizeHints()' "$file"; then
     echo "FAIL: standard error is not empty:"
     cat "$file"
     return 1
