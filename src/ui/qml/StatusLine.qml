@@ -1,6 +1,6 @@
 // The status line under the text area: which controllers of the family are
 // present, and what the last press, set-all run, export or import really did.
-// The specified text area keeps its own texts; nothing here is printed.
+// The text area keeps its own texts; nothing here is printed.
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts

@@ -1,6 +1,6 @@
 #pragma once
 // The status line of one window: what the last press, set-all run, export or
-// import really did, next to the specified text area. One per GlobalState,
+// import really did, next to the text area. One per GlobalState,
 // created on first use as the state's child, so the set button (which only
 // knows the state) and the window's items reach the same one.
 #include <QObject>
