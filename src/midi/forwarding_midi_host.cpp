@@ -89,4 +89,9 @@ MidiStatus ForwardingMidiHost::watch_changes(MidiChangeProc proc, void* context,
     return inner_.watch_changes(proc, context, watch);
 }
 
+MidiStatus ForwardingMidiHost::listen(MidiListener* listener, MidiChangeWatch* listening)
+{
+    return inner_.listen(listener, listening);
+}
+
 }  // namespace dialcraft

@@ -29,6 +29,7 @@ public:
     MidiStatus port_disconnect_source(MidiObjectRef port, MidiObjectRef source) override;
     MidiStatus send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes, size_t length) override;
     MidiStatus watch_changes(MidiChangeProc proc, void* context, MidiChangeWatch* watch) override;
+    MidiStatus listen(MidiListener* listener, MidiChangeWatch* listening) override;
 
 protected:
     MidiHost& inner() const { return inner_; }

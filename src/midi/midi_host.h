@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "midi/midi_change_watch.h"
+#include "midi/midi_listener.h"
 #include "midi/midi_packet.h"
 
 namespace dialcraft {
@@ -63,6 +64,15 @@ public:
     // non-zero status when the service cannot be watched; `*watch` is left
     // as it was and nothing is called then.
     virtual MidiStatus watch_changes(MidiChangeProc proc, void* context, MidiChangeWatch* watch) = 0;
+
+    // Starts listening to every source `listener` wants, through a port of
+    // the host's own, until the token held in `*listening` ends (the same
+    // kind of token as a change watch: ending it returns once `listener` is
+    // no longer being told). Works whether or not a client is open; sources
+    // that come later are listened to as they come. Returns a non-zero
+    // status when the service cannot be listened to; `*listening` is left as
+    // it was and nothing is told then.
+    virtual MidiStatus listen(MidiListener* listener, MidiChangeWatch* listening) = 0;
 };
 
 }  // namespace dialcraft

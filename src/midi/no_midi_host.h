@@ -41,6 +41,7 @@ public:
     MidiStatus port_disconnect_source(MidiObjectRef, MidiObjectRef) override { return no_midi_service; }
     MidiStatus send(MidiObjectRef, MidiObjectRef, const uint8_t*, size_t) override { return no_midi_service; }
     MidiStatus watch_changes(MidiChangeProc, void*, MidiChangeWatch*) override { return no_midi_service; }
+    MidiStatus listen(MidiListener*, MidiChangeWatch*) override { return no_midi_service; }
 };
 
 }  // namespace dialcraft

@@ -25,11 +25,11 @@ import sys
 # The layers of the order and what each may link, of ours.
 BELOW = {
     "base": set(),
-    "seam": {"base"},
+    "seam": {"decode", "base"},
     "decode": {"base"},
-    "alsa": {"seam", "base"},
-    "sim": {"seam", "base"},
-    "link": {"seam", "base"},
+    "alsa": {"seam", "decode", "base"},
+    "sim": {"seam", "decode", "base"},
+    "link": {"seam", "decode", "base"},
     "model": {"decode", "base"},
     "actions": {"model", "link", "decode", "seam", "base"},
     "ui": {"ui", "actions", "model", "link", "decode", "seam", "base"},

@@ -80,6 +80,8 @@ bool AlsaMidiHost::State::is_own_client(int id) const
 {
     if (watcher && watcher->client_id() == id)
         return true;
+    if (std::any_of(listeners.begin(), listeners.end(), [id](const auto& l) { return l->client_id() == id; }))
+        return true;
     return std::any_of(clients.begin(), clients.end(),
                        [id](const auto& c) { return c->id == id || (c->input && c->input->client_id() == id); });
 }
@@ -251,6 +253,24 @@ MidiStatus AlsaMidiHost::watch_changes(MidiChangeProc proc, void* context, MidiC
     *watch = MidiChangeWatch([s, id] {
         s->watches.remove(id);
         s->stop_watcher_if_idle();
+    });
+    return 0;
+}
+
+MidiStatus AlsaMidiHost::listen(MidiListener* listener, MidiChangeWatch* listening)
+{
+    if (!listener || !listening)
+        return -EINVAL;
+    State* s = state_.get();
+    std::unique_ptr<AlsaSourceListener> opened;
+    if (MidiStatus err = AlsaSourceListener::open(listener, &opened); err != 0)
+        return err;
+    AlsaSourceListener* key = opened.get();
+    s->listeners.push_back(std::move(opened));
+    ++s->own_changes;
+    *listening = MidiChangeWatch([s, key] {
+        std::erase_if(s->listeners, [key](const auto& l) { return l.get() == key; });
+        ++s->own_changes;
     });
     return 0;
 }

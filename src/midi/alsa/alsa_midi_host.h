@@ -47,6 +47,9 @@ public:
 
     MidiStatus send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes, size_t length) override;
     MidiStatus watch_changes(MidiChangeProc proc, void* context, MidiChangeWatch* watch) override;
+    // Each listening is a client of its own, "MIDI Client monitor", read by
+    // a thread of its own (source_listener.h).
+    MidiStatus listen(MidiListener* listener, MidiChangeWatch* listening) override;
 
     struct State;
 

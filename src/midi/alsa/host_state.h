@@ -15,6 +15,7 @@
 #include "midi/alsa/device_lists.h"
 #include "midi/alsa/input_port.h"
 #include "midi/alsa/object_ref.h"
+#include "midi/alsa/source_listener.h"
 
 typedef struct _snd_seq snd_seq_t;
 typedef struct snd_midi_event snd_midi_event_t;
@@ -80,6 +81,8 @@ struct AlsaMidiHost::State {
     // changes what counts as a device.
     uint64_t own_changes = 0;
     AlsaKept kept;
+    // The monitor's listeners, each on a client of its own (listen()).
+    std::vector<std::unique_ptr<AlsaSourceListener>> listeners;
     std::chrono::steady_clock::time_point last_queue_check{};  // see device_lists()
     // The card names last read while nothing could be kept.
     AlsaCardNames uncached_card;

@@ -159,14 +159,20 @@ void SimMidiHost::inject(int source_id, std::vector<uint8_t> bytes)
         void* conn_ref;
     };
     std::vector<Receiver> receivers;
+    std::string source_name;
+    bool is_source = false;
     {
         std::lock_guard lock(mutex_);
         for (const auto& [_, o] : objects_)
             if (auto connection = o.connections.find(source_id);
                 o.kind == Kind::input_port && o.proc && connection != o.connections.end())
                 receivers.push_back(Receiver{o.proc, o.proc_ref, connection->second});
+        if (const Object* source = find(static_cast<MidiObjectRef>(source_id), Kind::source)) {
+            is_source = true;
+            source_name = source->name;
+        }
     }
-    if (receivers.empty() || bytes.size() > sizeof(MidiPacket::data))
+    if (bytes.size() > sizeof(MidiPacket::data))
         return;
     alignas(8) uint8_t buffer[sizeof(MidiPacketList) + 16];
     auto* list = reinterpret_cast<MidiPacketList*>(buffer);
@@ -175,8 +181,46 @@ void SimMidiHost::inject(int source_id, std::vector<uint8_t> bytes)
     std::thread delivery([&] {
         for (const Receiver& r : receivers)
             r.proc(list, r.proc_ref, r.conn_ref);
+        if (!is_source)
+            return;
+        std::lock_guard lock(listen_mutex_);
+        for (Listening& l : listenings_) {
+            if (!l.listener->wants(source_name.c_str()))
+                continue;
+            l.decoders[source_id].push_all(std::span<const uint8_t>(bytes), [&](const MidiMessage& message) {
+                l.listener->heard(source_name.c_str(), message);
+            });
+        }
     });
     delivery.join();
+}
+
+size_t SimMidiHost::listener_count() const
+{
+    std::lock_guard lock(listen_mutex_);
+    return listenings_.size();
+}
+
+MidiStatus SimMidiHost::listen(MidiListener* listener, MidiChangeWatch* listening)
+{
+    if (!listener || !listening)
+        return not_found;
+    {
+        std::lock_guard lock(mutex_);
+        if (!available_)
+            return not_permitted;
+    }
+    uint64_t id = 0;
+    {
+        std::lock_guard lock(listen_mutex_);
+        id = ++last_listen_id_;
+        listenings_.push_back(Listening{id, listener, {}});
+    }
+    *listening = MidiChangeWatch([this, id] {
+        std::lock_guard lock(listen_mutex_);
+        std::erase_if(listenings_, [id](const Listening& l) { return l.id == id; });
+    });
+    return 0;
 }
 
 const SimMidiHost::Object* SimMidiHost::find(MidiObjectRef ref, Kind kind) const

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "midi/decode/midi_byte_decoder.h"
 #include "midi/midi_host.h"
 
 namespace dialcraft {
@@ -44,8 +45,12 @@ public:
     // Whether the source is connected to the program's input port.
     bool connected(int source_id) const;
     // Delivers `bytes` to the read callback on another thread, as if the
-    // source had sent them; returns once delivered.
+    // source had sent them, and to every listener that wants the source,
+    // decoded (one byte decoder per listener and source, so a message may
+    // span injections); returns once delivered.
     void inject(int source_id, std::vector<uint8_t> bytes);
+    // How many listeners are listening now.
+    size_t listener_count() const;
 
     MidiStatus client_create(const char* name, MidiObjectRef* out_client) override;
     MidiStatus output_port_create(MidiObjectRef client, const char* name, MidiObjectRef* out_port) override;
@@ -67,6 +72,9 @@ public:
     // Every add, remove, rename, offline or name change is reported, on the
     // thread that made it, after the change.
     MidiStatus watch_changes(MidiChangeProc proc, void* context, MidiChangeWatch* watch) override;
+    // A listener is asked whether it wants a source at each injection, with
+    // the source's name as it is then.
+    MidiStatus listen(MidiListener* listener, MidiChangeWatch* listening) override;
 
 private:
     enum class Kind { device, source, destination, client, output_port, input_port };
@@ -105,6 +113,17 @@ private:
     int next_id_ = 1;
     bool available_ = true;
     MidiChangeSubscribers watchers_;
+
+    struct Listening {
+        uint64_t id;
+        MidiListener* listener;
+        std::map<int, MidiByteDecoder> decoders;  // by source
+    };
+    // Held while listeners are told, so that ending a listening waits for a
+    // call in flight; never taken while mutex_ is held.
+    mutable std::mutex listen_mutex_;
+    std::vector<Listening> listenings_;
+    uint64_t last_listen_id_ = 0;
 };
 
 }  // namespace dialcraft
