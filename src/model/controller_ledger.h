@@ -15,6 +15,9 @@ struct HeldSetting {
     int channel = 1;     // 1 to 16
     int controller = 0;  // 0 to 127
     QDateTime written;   // UTC
+    // When the controller was seen sending this setting (a knob turned in
+    // the monitor after programming), UTC; invalid until then.
+    QDateTime verified{};
 
     friend bool operator==(const HeldSetting&, const HeldSetting&) = default;
 };

@@ -58,6 +58,12 @@ HeldKnobs decode_knobs(const json& knobs)
         if (!setting.written.isValid())
             unreadable("knob " + std::to_string(knob) + " has no valid time");
         setting.written = setting.written.toUTC();
+        if (entry.contains("verified")) {
+            setting.verified = QDateTime::fromString(text_of(entry, "verified"), Qt::ISODate);
+            if (!setting.verified.isValid())
+                unreadable("knob " + std::to_string(knob) + " has no valid verification time");
+            setting.verified = setting.verified.toUTC();
+        }
         if (!held.emplace(knob, setting).second)
             unreadable("knob " + std::to_string(knob) + " is listed twice");
     }
@@ -71,12 +77,16 @@ QByteArray encode_ledger(const ControllerLedger& ledger)
     json controllers = json::object();
     for (const auto& [serial, knobs] : ledger.controllers) {
         json list = json::array();
-        for (const auto& [knob, setting] : knobs)
-            list.push_back({{"knob", knob},
-                            {"type", setting.type.toStdString()},
-                            {"channel", setting.channel},
-                            {"controller", setting.controller},
-                            {"written", setting.written.toUTC().toString(Qt::ISODate).toStdString()}});
+        for (const auto& [knob, setting] : knobs) {
+            json entry = {{"knob", knob},
+                          {"type", setting.type.toStdString()},
+                          {"channel", setting.channel},
+                          {"controller", setting.controller},
+                          {"written", setting.written.toUTC().toString(Qt::ISODate).toStdString()}};
+            if (setting.verified.isValid())
+                entry["verified"] = setting.verified.toUTC().toString(Qt::ISODate).toStdString();
+            list.push_back(std::move(entry));
+        }
         controllers[serial.toStdString()] = std::move(list);
     }
     const json document = {{"version", ledger_version}, {"controllers", std::move(controllers)}};

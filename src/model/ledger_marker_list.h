@@ -48,6 +48,8 @@ public:
     // Reads the ledger file again. It is also read again by itself whenever
     // the file changes, by this process or another (dialcraft-cli set).
     Q_INVOKABLE void reload();
+    // The ledger as last read.
+    const ControllerLedger& ledger() const { return ledger_; }
     // Of `knobs`, those whose setting the chosen controller does not hold
     // already, in the same order.
     Q_INVOKABLE QList<int> knobsToProgram(const QList<int>& knobs) const;

@@ -7,6 +7,7 @@
 #include <QSaveFile>
 
 #include <cstdio>
+#include <functional>
 #include <optional>
 
 #include "model/ledger_json.h"
@@ -145,7 +146,11 @@ ControllerLedger read_ledger()
     return ledger;
 }
 
-bool record_in_ledger(const QString& serial, int knob, const QString& type, int channel, int controller)
+namespace {
+
+// Changes the ledger under its lock: reads the file again, lets `change`
+// alter it and writes it back when `change` says it altered something.
+bool change_ledger(const std::function<bool(ControllerLedger&)>& change)
 {
     const QString path = ledger_file_path();
     QDir().mkpath(QFileInfo(path).absolutePath());
@@ -159,7 +164,8 @@ bool record_in_ledger(const QString& serial, int knob, const QString& type, int 
     QString reason;
     if (read_file(&ledger, &reason) == FileState::unreadable)
         set_aside(reason);
-    ledger.controllers[serial][knob] = HeldSetting{type, channel, controller, now_utc()};
+    if (!change(ledger))
+        return false;
     if (!write_file(ledger, &reason)) {
         notice(QStringLiteral("dialcraft: 控制器记录无法写入, 保留原来的(the ledger could not be written; the previous "
                               "one is kept) ") +
@@ -167,6 +173,31 @@ bool record_in_ledger(const QString& serial, int knob, const QString& type, int 
         return false;
     }
     return true;
+}
+
+}  // namespace
+
+bool record_in_ledger(const QString& serial, int knob, const QString& type, int channel, int controller)
+{
+    return change_ledger([&](ControllerLedger& ledger) {
+        ledger.controllers[serial][knob] = HeldSetting{type, channel, controller, now_utc()};
+        return true;
+    });
+}
+
+bool record_verification_in_ledger(const QString& serial, int knob, const QString& type, int channel, int controller)
+{
+    return change_ledger([&](ControllerLedger& ledger) {
+        const auto knobs = ledger.controllers.find(serial);
+        if (knobs == ledger.controllers.end())
+            return false;
+        const auto held = knobs->second.find(knob);
+        if (held == knobs->second.end() || held->second.type != type || held->second.channel != channel ||
+            held->second.controller != controller)
+            return false;
+        held->second.verified = now_utc();
+        return true;
+    });
 }
 
 LedgerClock set_ledger_clock(LedgerClock clock)

@@ -30,6 +30,11 @@ ControllerLedger read_ledger();
 // whether the ledger file now says so; on failure one line on standard error
 // tells why and the previous ledger stays as it was.
 bool record_in_ledger(const QString& serial, int knob, const QString& type, int channel, int controller);
+// Marks knob `knob` of controller `serial` as seen sending its setting, now,
+// when the ledger holds exactly that setting for it (a later programming may
+// have replaced it meanwhile; then nothing is marked). Returns whether it was
+// marked and written.
+bool record_verification_in_ledger(const QString& serial, int knob, const QString& type, int channel, int controller);
 
 // The clock that stamps entries: the wall clock in UTC unless a test sets
 // another. Returns the previous one; an empty function restores the wall clock.
