@@ -35,7 +35,7 @@ private slots:
         sim.reset();
     }
 
-    void tabVisitsEachPanelInOrderThenDeviceColumnThenTopBar()
+    void tabVisitsEachPanelInOrderThenTheMonitorThenDeviceColumnThenTopBar()
     {
         QList<QQuickItem*> expected;
         for (QQuickItem* panel : harness.panels()) {
@@ -44,6 +44,8 @@ private slots:
             for (const char* name : {"setButton", "typeMenu", "channelField", "controllerField"})
                 expected << harness.item(QString::fromLatin1(name), panel);
         }
+        // The monitor under the rows, collapsed: only its toggle.
+        expected << harness.item(QStringLiteral("monitorToggle"));
         expected << harness.item(QStringLiteral("modelMenu")) << harness.item(QStringLiteral("textAreaFrame"));
 
         QList<QQuickItem*> visited;

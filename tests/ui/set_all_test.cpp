@@ -122,7 +122,8 @@ private slots:
                                                              "失败(failed): 0\n"
                                                              "跳过(skipped): 24"));
         QCOMPARE(statusMessage(),
-                 QStringLiteral("全部设置(Set All): 15条消息已送达(15 messages accepted) → 4AC1CC27 MIDI 1"));
+                 QStringLiteral("全部设置(Set All): 15条消息已送达(15 messages accepted) → 4AC1CC27 MIDI 1\n"
+                                "转动每个旋钮以验证(turn each knob to verify): 已验证(verified) 0 / 待验证(to go) 3"));
         QCOMPARE(run()->done(), 3);
         QCOMPARE(run()->total(), 3);
 

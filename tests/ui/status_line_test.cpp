@@ -129,7 +129,9 @@ private slots:
         const std::string printed = capture.finish();
 
         QCOMPARE(harness.state()->fullText(), QStringLiteral("旋钮5-设置成功!"));
-        QCOMPARE(statusMessage(), QStringLiteral("旋钮5: 5条消息已送达(5 messages accepted) → 4AC1CC27 MIDI 1"));
+        // A programming that went through invites to turn the knob.
+        QCOMPARE(statusMessage(), QStringLiteral("旋钮5: 5条消息已送达(5 messages accepted) → 4AC1CC27 MIDI 1\n"
+                                                 "请转动 5 号旋钮以验证(turn knob 5 to verify)"));
         QCOMPARE(sim->sent().size(), size_t(5));
         for (const auto& packet : sim->sent())
             QCOMPARE(packet.destination, std::string("4AC1CC27 MIDI 1"));

@@ -8,6 +8,7 @@
 #include "model/ledger_marker_list.h"
 #include "model/slot_mapping.h"
 #include "model/vocabulary.h"
+#include "ui/monitor/knob_monitor.h"
 #include "ui/shell/content_view.h"
 #include "ui/status/window_status.h"
 
@@ -44,6 +45,7 @@ void SetAllRun::start(QQuickWindow* window)
         tally_.held = static_cast<int>(plan_.size() - changed.size());
         plan_ = changed;
     }
+    status_.monitor()->beginBatch();
     done_ = 0;
     accepted_ = 0;
     refused_ = 0;
@@ -107,6 +109,7 @@ void SetAllRun::pressNext()
         return;
     }
     const SetPressOutcome outcome = press_set_button(*state_.record(plan_[done_]), state_);
+    status_.monitor()->programmed(outcome, *state_.record(plan_[done_]), true);
     if (outcome.succeeded)
         ++tally_.succeeded;
     else
@@ -128,7 +131,10 @@ void SetAllRun::finish()
     tally_.stopped = done_ < plan_.size();
     tally_.notRun = static_cast<int>(plan_.size()) - done_;
     state_.setFullText(set_all_summary(tally_));
-    status_.setMessage(set_all_sent_text(accepted_, refused_, destinations_));
+    QString message = set_all_sent_text(accepted_, refused_, destinations_);
+    if (status_.monitor()->batchPending())
+        message += u'\n' + status_.monitor()->batchText();
+    status_.setMessage(message);
     running_ = false;
     stopRequested_ = false;
     window_ = nullptr;

@@ -1,5 +1,6 @@
 #include "ui/press/set_button_action.h"
 
+#include "ui/monitor/knob_monitor.h"
 #include "ui/press/set_press.h"
 #include "ui/status/status_texts.h"
 #include "ui/status/window_status.h"
@@ -29,7 +30,9 @@ void SetButtonAction::press()
     if (!data_ || !globalState_)
         return;
     const SetPressOutcome outcome = press_set_button(*data_, *globalState_);
-    WindowStatus::of(*globalState_)->setMessage(press_status_text(outcome));
+    WindowStatus* status = WindowStatus::of(*globalState_);
+    status->setMessage(press_status_text(outcome));
+    status->monitor()->programmed(outcome, *data_, false);
 }
 
 }  // namespace dialcraft

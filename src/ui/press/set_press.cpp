@@ -29,6 +29,7 @@ SetPressOutcome press_set_button(CreateSetupAreaViewData& data, GlobalState& sta
     for (const std::string& name : action.destinations)
         outcome.destinations.append(QString::fromStdString(name));
     outcome.recorded = action.recorded;
+    outcome.serial = action.serial;
     outcome.fullText = state.fullText();
     outcome.succeeded = outcome.fullText == set_success_text(outcome.knob);
     outcome.programmed = outcome.succeeded || outcome.fullText.startsWith(set_failure_first_line(outcome.knob) + u'\n');

@@ -27,6 +27,8 @@ struct SetPressOutcome {
     QStringList destinations;
     // The ledger now holds this knob's setting for the controller it went to.
     bool recorded = false;
+    // The controller the link sent to ("4AC1CC27"), when it got that far.
+    QString serial;
 };
 
 // The text the set action writes when knob `knob` was programmed.

@@ -24,6 +24,7 @@ Control {
     // "5号旋钮": the label's text, also the start of every accessible name.
     readonly property string knobName: record.knob_index + "号旋钮"
     // What the chosen controller holds of this knob, by the ledger.
+    readonly property KnobMonitor monitor: StatusBoard.of(globalState).monitor
     readonly property int marker: placeholder ? -1 : StatusBoard.of(globalState).ledgerMarkers.markers[record.knob_index] ?? -1
 
     // Declared for a result message and alert that the panel never presents:
@@ -33,7 +34,10 @@ Control {
     property bool showAlert: false
 
     objectName: "knobPanel"
-    Accessible.description: mark.markerText
+    // What the ledger says and what the knob last sent, for screen readers.
+    readonly property string stateText: mark.markerText !== "" && activity.activityText !== ""
+        ? mark.markerText + ", " + activity.activityText : mark.markerText + activity.activityText
+    Accessible.description: stateText
     padding: 8
     opacity: placeholder ? 0.5 : 1.0
 
@@ -70,7 +74,7 @@ Control {
                 // dimmed with its whole panel already.
                 opacity: enabled || panel.placeholder ? 1 : 0.45
                 Accessible.name: panel.knobName + " 设置"
-                Accessible.description: mark.markerText
+                Accessible.description: panel.stateText
                 contentItem: Text {
                     text: "设置"
                     color: "black"
@@ -179,6 +183,14 @@ Control {
             id: mark
             Layout.alignment: Qt.AlignHCenter
             marker: panel.marker
+        }
+
+        KnobActivity {
+            id: activity
+            Layout.alignment: Qt.AlignHCenter
+            lastValue: panel.placeholder ? -1 : panel.monitor.lastValues[panel.record.knob_index] ?? -1
+            lit: !panel.placeholder && (panel.monitor.active[panel.record.knob_index] ?? 0) === 1
+            verified: !panel.placeholder && (panel.monitor.verified[panel.record.knob_index] ?? 0) === 1
         }
     }
 }

@@ -77,6 +77,11 @@ ApplicationWindow {
                             Layout.minimumWidth: 0
                         }
                     }
+                    MonitorPane {
+                        globalState: mainView.globalState
+                        Layout.fillWidth: true
+                        Layout.minimumWidth: 0
+                    }
                 }
 
                 CreateConfigAreaView {

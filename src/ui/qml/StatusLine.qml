@@ -22,6 +22,8 @@ ColumnLayout {
         id: presence
         objectName: "controllerPresence"
         visible: false
+        // The monitor listens from the same moment, after the first frame.
+        onStartedChanged: if (started) line.status.monitor.start()
     }
 
     TransferNotes {

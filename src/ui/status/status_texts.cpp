@@ -135,4 +135,40 @@ QString not_read_text(const QString& location)
     return QStringLiteral("未能读取(Could not read) ") + shown;
 }
 
+QString verify_invite_text(int knob)
+{
+    return QStringLiteral("请转动 %1 号旋钮以验证(turn knob %1 to verify)").arg(knob);
+}
+
+QString verified_text(int knob)
+{
+    return QStringLiteral("%1 号旋钮 已验证(verified)").arg(knob);
+}
+
+QString old_setting_text(int knob)
+{
+    return QStringLiteral("%1 号旋钮 仍发送旧设置(still sends the old setting)").arg(knob);
+}
+
+QString verify_timeout_text(int knob)
+{
+    return QStringLiteral("%1 号旋钮 60 秒内没有收到, 未验证(not verified: nothing within 60 s)").arg(knob);
+}
+
+QString verify_batch_text(int verified, int toGo, int timedOut)
+{
+    QString text = QStringLiteral(
+                       "转动每个旋钮以验证(turn each knob to verify): 已验证(verified) %1 / 待验证(to go) %2")
+                       .arg(verified)
+                       .arg(toGo);
+    if (timedOut > 0)
+        text += QStringLiteral(", 超时(timed out) %1").arg(timedOut);
+    return text;
+}
+
+QString monitor_counts_text(uint64_t received, uint64_t unmatched)
+{
+    return QStringLiteral("收到(received) %1, 未匹配(unmatched) %2").arg(received).arg(unmatched);
+}
+
 }  // namespace dialcraft

@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QUrl>
 
+#include <cstdint>
+
 #include "ui/press/set_press.h"
 
 namespace dialcraft {
@@ -40,6 +42,21 @@ struct SetAllTally {
 // The summary that stands in fullText after a set-all run. Each failed knob
 // gets a line with its number and the first line of its message.
 QString set_all_summary(const SetAllTally& tally);
+
+// Verification by turning a knob after its programming.
+// "请转动 5 号旋钮以验证(turn knob 5 to verify)"
+QString verify_invite_text(int knob);
+// "5 号旋钮 已验证(verified)"
+QString verified_text(int knob);
+// "5 号旋钮 仍发送旧设置(still sends the old setting)"
+QString old_setting_text(int knob);
+// "5 号旋钮 60 秒内没有收到, 未验证(not verified: nothing within 60 s)"
+QString verify_timeout_text(int knob);
+// After a set-all run: "转动每个旋钮以验证(turn each knob to verify): 已验证(verified) 3 / 待验证(to go) 24",
+// with ", 超时(timed out) N" once knobs ran out of time.
+QString verify_batch_text(int verified, int toGo, int timedOut);
+// The monitor's counts: "收到(received) 120, 未匹配(unmatched) 3"
+QString monitor_counts_text(uint64_t received, uint64_t unmatched);
 
 // Export: the working knobs whose fields are empty and will shift on import.
 QString export_gap_warning(const QList<int>& knobs);

@@ -4,12 +4,16 @@
 
 #include "model/global_state.h"
 #include "model/ledger_marker_list.h"
+#include "ui/monitor/knob_monitor.h"
 #include "ui/press/set_all_run.h"
 
 namespace dialcraft {
 
 WindowStatus::WindowStatus(GlobalState& state)
-    : QObject(&state), ledgerMarkers_(new LedgerMarkerList(this)), setAll_(new SetAllRun(state, *this))
+    : QObject(&state),
+      ledgerMarkers_(new LedgerMarkerList(this)),
+      monitor_(new KnobMonitor(state, *this, *ledgerMarkers_)),
+      setAll_(new SetAllRun(state, *this))
 {
     ledgerMarkers_->setGlobalState(&state);
     QQmlEngine::setObjectOwnership(ledgerMarkers_, QQmlEngine::CppOwnership);

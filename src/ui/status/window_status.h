@@ -7,6 +7,8 @@
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
+#include "ui/monitor/knob_monitor.h"
+
 namespace dialcraft {
 
 class GlobalState;
@@ -22,6 +24,9 @@ class WindowStatus : public QObject {
     // What the controller chosen in the model menu holds, knob by knob,
     // against the panels: the markers and the status line's sum.
     Q_PROPERTY(dialcraft::LedgerMarkerList* ledgerMarkers READ ledgerMarkers CONSTANT)
+    // What the controllers send, live: the monitor list, the panels'
+    // activity and the verification of knobs just programmed.
+    Q_PROPERTY(dialcraft::KnobMonitor* monitor READ monitor CONSTANT)
     // True while a set-all run goes on: the window's other controls are off.
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
 
@@ -33,6 +38,7 @@ public:
     void setMessage(const QString& text);
     SetAllRun* setAll() const { return setAll_; }
     LedgerMarkerList* ledgerMarkers() const { return ledgerMarkers_; }
+    KnobMonitor* monitor() const { return monitor_; }
     bool busy() const;
 
 signals:
@@ -44,6 +50,7 @@ private:
 
     QString message_;
     LedgerMarkerList* ledgerMarkers_;
+    KnobMonitor* monitor_;
     SetAllRun* setAll_;
 };
 

@@ -1,0 +1,33 @@
+// A knob panel's live activity, from the monitor: the last value the knob
+// sent, lit for a moment while messages come, and whether the controller was
+// seen sending the knob's new setting since it was programmed. Symbols and
+// words, so it reads without colour.
+import QtQuick
+import QtQuick.Controls
+
+Label {
+    id: activity
+
+    // -1 while the knob has sent nothing.
+    required property int lastValue
+    required property bool lit
+    required property bool verified
+
+    readonly property string valueText: lastValue < 0 ? "" : "值(value) " + lastValue
+    readonly property string verifiedText: verified ? "✓ 已验证(verified)" : ""
+    readonly property string activityText: verifiedText !== "" && valueText !== ""
+        ? verifiedText + " · " + valueText : verifiedText + valueText
+
+    objectName: "knobActivity"
+    text: (lit ? "◉ " : "") + activityText
+    visible: activityText !== ""
+    font.pixelSize: 11
+    color: lit ? "#0b4f9c" : "#333333"
+    background: Rectangle {
+        radius: 3
+        color: "#d6e8ff"
+        opacity: activity.lit ? 1 : 0
+    }
+    Accessible.role: Accessible.StaticText
+    Accessible.name: activityText
+}
