@@ -13,10 +13,11 @@ class MidiHost;
 
 // Exit statuses.
 inline constexpr int cli_success = 0;
-inline constexpr int cli_failed = 1;         // a knob failed, nothing was sent, a file was not written
-inline constexpr int cli_usage_error = 2;    // bad arguments: nothing sent, the store untouched
-inline constexpr int cli_no_controller = 3;  // no controller to list or program
-inline constexpr int cli_no_sequencer = 4;   // the ALSA sequencer itself is missing
+inline constexpr int cli_failed = 1;            // a knob failed, nothing was sent, a file was not written
+inline constexpr int cli_usage_error = 2;       // bad arguments: nothing sent, the store untouched
+inline constexpr int cli_no_controller = 3;     // no controller to list or program
+inline constexpr int cli_no_sequencer = 4;      // the ALSA sequencer itself is missing
+inline constexpr int cli_verify_timed_out = 4;  // verify: nothing from the knob in time
 
 // Runs one command. `args` are the arguments after the program's name.
 // Results go to `out`; warnings, errors and the progress bar to `err`. The

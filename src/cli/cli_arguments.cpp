@@ -68,6 +68,18 @@ const char* serial_option(const std::string& word)
     return nullptr;
 }
 
+// The option taking a number that `word` is ("--count", "--count=N",
+// "--timeout", "--timeout=N"), or nullptr.
+const char* number_option(const std::string& word)
+{
+    for (const char* option : {"--count", "--timeout"}) {
+        const std::string_view name(option);
+        if (word == name || (word.rfind(name, 0) == 0 && word.size() > name.size() && word[name.size()] == '='))
+            return option;
+    }
+    return nullptr;
+}
+
 }  // namespace
 
 std::string invalid_value(const std::string& argument, const std::string& value, const std::string& accepted)
@@ -113,10 +125,28 @@ CliRequest parse_cli_arguments(const std::vector<std::string>& args)
             if (field)
                 throw UsageError(std::string(option) + " 只能给一次(may be given once)");
             field = serial_argument(option, value);
+        } else if (const char* option = number_option(word)) {
+            const bool is_count = std::string_view(option) == "--count";
+            std::string value;
+            if (word == option) {
+                if (i + 1 == args.size())
+                    throw UsageError(std::string(option) + " 缺少数字(needs a number)");
+                value = args[++i];
+            } else {
+                value = word.substr(std::string_view(option).size() + 1);
+            }
+            const std::optional<int64_t> number = parse_int64(value, 10);
+            const int64_t high = is_count ? 1'000'000'000 : 86'400;
+            if (!number || *number < 1 || *number > high)
+                throw UsageError(invalid_value(option, value, is_count ? "1-1000000000" : "1-86400"));
+            if (is_count)
+                request.count = static_cast<uint64_t>(*number);
+            else
+                request.timeout_seconds = static_cast<int>(*number);
         } else {
             throw UsageError(invalid_value("选项(option)", word,
                                            "--json, --verbose, --serial SERIAL, --controller SERIAL, --changed, "
-                                           "--help"));
+                                           "--count N, --timeout SECONDS, --help"));
         }
     }
     if (request.help)
@@ -138,6 +168,12 @@ CliRequest parse_cli_arguments(const std::vector<std::string>& args)
     if (request.changed && !command.takes_changed)
         throw UsageError("--changed 不适用于(does not apply to) " + name +
                          "; 可用于(accepted by): " + commands_taking(&CliCommand::takes_changed));
+    if (request.count && !command.takes_count)
+        throw UsageError("--count 不适用于(does not apply to) " + name +
+                         "; 可用于(accepted by): " + commands_taking(&CliCommand::takes_count));
+    if (request.timeout_seconds && !command.takes_timeout)
+        throw UsageError("--timeout 不适用于(does not apply to) " + name +
+                         "; 可用于(accepted by): " + commands_taking(&CliCommand::takes_timeout));
     const int count = static_cast<int>(request.operands.size());
     if (count < command.min_operands || count > command.max_operands) {
         const std::string usage(command.help.substr(0, command.help.find('\n')));

@@ -24,6 +24,8 @@ struct CliRequest {
     std::optional<std::string> serial;      // --serial, checked and in upper case
     std::optional<std::string> controller;  // --controller: whose ledger to show or export, as --serial
     bool changed = false;                   // --changed: apply only what differs from the ledger
+    std::optional<uint64_t> count;          // --count: how many messages to wait for, 1 or more
+    std::optional<int> timeout_seconds;     // --timeout: how long to wait, 1 or more seconds
     bool json = false;
     bool verbose = false;
     bool help = false;

@@ -25,9 +25,13 @@ constexpr std::string_view general_help =
     "                                把存储的旋钮表写入文件(writes the stored table to a file), 或控制器所存\n"
     "                                (or what that controller holds)\n"
     "  import FILE                   把文件读入存储的旋钮表(reads a file into the stored table)\n"
+    "  monitor [--serial SERIAL] [--count N] [--timeout SECONDS]\n"
+    "                                显示控制器发送的消息(shows what the controllers send, decoded)\n"
+    "  verify KNOB [--serial SERIAL] [--timeout SECONDS]\n"
+    "                                等待旋钮发送它的设置(waits for the knob to send its setting)\n"
     "\n"
     "选项(options):\n"
-    "  --json      机器可读的输出(machine-readable output): list, show, set, apply\n"
+    "  --json      机器可读的输出(machine-readable output): list, show, set, apply, monitor\n"
     "              (a failure that prints no result: {\"error\":\"<the error line>\",\"exit\":N,\"ok\":false})\n"
     "  --verbose   诊断行写到标准错误(the diagnostic lines go to standard error)\n"
     "  --help      帮助(help); dialcraft-cli COMMAND --help 说明一个命令(describes one command)\n"
@@ -149,6 +153,43 @@ constexpr std::string_view import_help =
     "退出状态(exit status): 0 已导入(imported), 1 无法存储(could not be stored),\n"
     "2 参数错误或文件不可读(bad argument or unreadable file)\n";
 
+constexpr std::string_view monitor_help =
+    "用法(usage): dialcraft-cli monitor [--serial SERIAL] [--count N] [--timeout SECONDS] [--json] [--verbose]\n"
+    "\n"
+    "显示 4AC0CC27-4ACFCC27 控制器发送的每条消息(prints every message the controllers of the family send,\n"
+    "decoded, one line each, with the knobs it matches by the ledger), e.g.\n"
+    "  21:14:03.512  4AC3CC27  Control Change  ch 2  #74  64  -> 5号旋钮\n"
+    "  21:14:04.020  4AC3CC27  Note On  ch 1  #60  100  -> 未匹配(unmatched)\n"
+    "(- where the message has no channel, number or value; times are local)\n"
+    "--json: "
+    "{\"channel\":2,\"knobs\":[5],\"number\":74,\"serial\":\"4AC3CC27\",\"time\":\"2026-11-24T21:14:03.512Z\",\n"
+    "         \"type\":\"Control Change\",\"value\":64}  (null where there is none; the time in UTC)\n"
+    "  --serial    只显示这个控制器(only this controller)\n"
+    "  --count N   收到 N 条后结束(ends after N messages)\n"
+    "  --timeout   SECONDS 秒后结束(ends after that many seconds)\n"
+    "也在输入结束(标准输入是管道或终端时)或 Ctrl-C 时结束(also ends at the end of standard input, when it\n"
+    "is a pipe or a terminal, and on Ctrl-C). The link's connections are not touched: it listens\n"
+    "through a port of its own.\n"
+    "\n"
+    "退出状态(exit status): 0 结束(ended as asked), 2 参数错误(bad argument),\n"
+    "4 ALSA 音序器不可用(the ALSA sequencer is not available), 1 监听失败(listening failed)\n";
+
+constexpr std::string_view verify_help =
+    "用法(usage): dialcraft-cli verify KNOB [--serial SERIAL] [--timeout SECONDS] [--verbose]\n"
+    "\n"
+    "等待旋钮发送它的设置(waits until knob KNOB of the controller sends what it was programmed with:\n"
+    "the ledger's setting for that controller, else the stored table's), so that turning the knob\n"
+    "proves the controller took it. The first channel message of that controller decides:\n"
+    "  旋钮(knob) 5: 已验证(verified) Control Change, 通道(channel) 2, 控制器号(controller) 74\n"
+    "  旋钮(knob) 5: 收到别的设置(a different setting arrived): Control Change, 通道(channel) 1, #10 -> 3号旋钮\n"
+    "A verified knob is marked in the ledger with the time.\n"
+    "  --serial    型号(serial) 4AC0CC27-4ACFCC27; 只连接一个控制器时可省略(may be left out when one is present)\n"
+    "  --timeout   最多等待的秒数(how long to wait), 60 unless given\n"
+    "\n"
+    "退出状态(exit status): 0 已验证(verified), 1 收到别的设置(a different setting arrived, named),\n"
+    "2 参数错误或旋钮未设置(bad argument, or the knob has no setting), 3 没有控制器(no controller; also\n"
+    "when the ALSA sequencer is missing, which the error line names), 4 超时(timed out)\n";
+
 constexpr std::array commands{
     CliCommand{"list", 0, 0, false, true, false, false, list_help, run_list},
     CliCommand{"set", 4, 4, true, true, false, false, set_help, run_set},
@@ -156,6 +197,8 @@ constexpr std::array commands{
     CliCommand{"show", 0, 0, false, true, true, false, show_help, run_show},
     CliCommand{"export", 1, 1, false, false, true, false, export_help, run_export},
     CliCommand{"import", 1, 1, false, false, false, false, import_help, run_import},
+    CliCommand{"monitor", 0, 0, true, true, false, false, monitor_help, run_monitor, true, true},
+    CliCommand{"verify", 1, 1, true, false, false, false, verify_help, run_verify, false, true},
 };
 
 }  // namespace

@@ -29,6 +29,8 @@ struct CliCommand {
     bool takes_changed;     // --changed
     std::string_view help;  // the whole text of `dialcraft-cli <name> --help`
     int (*run)(const CliContext& context);
+    bool takes_count = false;    // --count N
+    bool takes_timeout = false;  // --timeout SECONDS
 };
 
 std::span<const CliCommand> cli_commands();
@@ -42,5 +44,7 @@ int run_apply(const CliContext& context);
 int run_show(const CliContext& context);
 int run_export(const CliContext& context);
 int run_import(const CliContext& context);
+int run_monitor(const CliContext& context);
+int run_verify(const CliContext& context);
 
 }  // namespace dialcraft
