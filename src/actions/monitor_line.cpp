@@ -73,14 +73,18 @@ QString monitor_value_text(const MidiMessage& message)
     return has_value(message.kind) ? QString::number(message.value) : QStringLiteral("-");
 }
 
-QString monitor_line(const HeardMessage& heard, const std::vector<int>& knobs)
+QString monitor_message_text(const MidiMessage& m, const std::vector<int>& knobs)
 {
-    const MidiMessage& m = heard.message;
     const QString channel = is_channel_kind(m.kind) ? QStringLiteral("ch ") + QString::number(m.channel) : "-";
     const QString number = has_number(m.kind) ? QStringLiteral("#") + QString::number(m.number) : "-";
+    return kind_text(m.kind) + "  " + channel + "  " + number + "  " + monitor_value_text(m) + "  -> " +
+           matched_knobs_text(knobs);
+}
+
+QString monitor_line(const HeardMessage& heard, const std::vector<int>& knobs)
+{
     return time_of(heard).toLocalTime().toString(QStringLiteral("HH:mm:ss.zzz")) + "  " +
-           QString::fromLatin1(heard.serial) + "  " + kind_text(m.kind) + "  " + channel + "  " + number + "  " +
-           monitor_value_text(m) + "  -> " + matched_knobs_text(knobs);
+           QString::fromLatin1(heard.serial) + "  " + monitor_message_text(heard.message, knobs);
 }
 
 QJsonObject monitor_json(const HeardMessage& heard, const std::vector<int>& knobs)

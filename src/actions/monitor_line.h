@@ -20,6 +20,8 @@ QString matched_knobs_text(const std::vector<int>& knobs);
 QString monitor_value_text(const MidiMessage& message);
 
 QString monitor_line(const HeardMessage& heard, const std::vector<int>& knobs);
+// The line without its time and serial: "Control Change  ch 2  #74  64  -> 5号旋钮".
+QString monitor_message_text(const MidiMessage& message, const std::vector<int>& knobs);
 
 // {"time":"2026-11-24T21:14:03.512Z","serial":"4AC3CC27","type":"Control Change",
 //  "channel":2,"number":74,"value":64,"knobs":[5]}; channel, number and value

@@ -108,6 +108,11 @@ TEST(ControllerCommandTest, TurnTableHelpQuit)
     EXPECT_EQ(turn.value, 64);
     EXPECT_FALSE(turn.serial.has_value());
     EXPECT_EQ(std::get<ControllerCommand>(parse_controller_command("  turn 0 127 4ac2cc27 ")).serial, "4AC2CC27");
+    const auto sweep = std::get<ControllerCommand>(parse_controller_command("sweep 5 1000 4AC3CC27"));
+    EXPECT_EQ(sweep.kind, ControllerCommand::Kind::sweep);
+    EXPECT_EQ(sweep.knob, 5);
+    EXPECT_EQ(sweep.count, 1000);
+    EXPECT_EQ(sweep.serial, "4AC3CC27");
     EXPECT_EQ(std::get<ControllerCommand>(parse_controller_command("table")).kind, ControllerCommand::Kind::table);
     EXPECT_EQ(std::get<ControllerCommand>(parse_controller_command("table 4AC2CC27")).serial, "4AC2CC27");
     EXPECT_EQ(std::get<ControllerCommand>(parse_controller_command("help")).kind, ControllerCommand::Kind::help);
@@ -125,7 +130,10 @@ TEST(ControllerCommandTest, BadCommandsSayWhatIsAccepted)
     EXPECT_EQ(std::get<std::string>(parse_controller_command("turn 5 1 nope")),
               "SERIAL \"nope\" 无效(invalid); 可用(accepted): 8 个十六进制数字(eight hexadecimal digits)");
     EXPECT_EQ(std::get<std::string>(parse_controller_command("spin 5")),
-              "命令(command) \"spin\" 无效(invalid); 可用(accepted): turn, table, help, quit");
+              "命令(command) \"spin\" 无效(invalid); 可用(accepted): turn, sweep, table, help, quit");
+    EXPECT_EQ(std::get<std::string>(parse_controller_command("sweep 5 0")),
+              "COUNT \"0\" 无效(invalid); 可用(accepted): 1-1000000");
+    EXPECT_EQ(std::get<std::string>(parse_controller_command("sweep 5")), "用法(usage): sweep KNOB COUNT [SERIAL]");
     EXPECT_EQ(std::get<std::string>(parse_controller_command("quit now")), "用法(usage): quit");
 }
 
@@ -135,6 +143,7 @@ TEST(ControllerHelpTest, DescribesTheDefaultSerialAndEveryCommand)
     EXPECT_EQ(help.rfind("用法(usage): dialcraft-virtual-controller [SERIAL ...]\n", 0), 0u);
     EXPECT_NE(help.find("default 4AC1CC27"), std::string::npos);
     EXPECT_NE(help.find(controller_commands_help()), std::string::npos);
-    for (const char* command : {"\n  turn KNOB VALUE [SERIAL]", "\n  table [SERIAL]", "\n  help", "\n  quit"})
+    for (const char* command : {"\n  turn KNOB VALUE [SERIAL]", "\n  sweep KNOB COUNT [SERIAL]", "\n  table [SERIAL]",
+                                "\n  help", "\n  quit"})
         EXPECT_NE(help.find(command), std::string::npos) << command;
 }

@@ -14,6 +14,9 @@ constexpr std::string_view commands_help =
     "标准输入的命令(commands on standard input):\n"
     "  turn KNOB VALUE [SERIAL]  转动旋钮(turns a knob): sends the knob's programmed message with VALUE\n"
     "                            (KNOB 0-127, VALUE 0-127) to whoever is connected, as a real knob does\n"
+    "  sweep KNOB COUNT [SERIAL] 快速转动旋钮(sweeps a knob): COUNT messages of the knob's programmed kind,\n"
+    "                            values 0, 1, ... 127, 0, ... as fast as the sequencer takes them\n"
+    "                            (COUNT 1-1000000), then one line with how many were sent\n"
     "  table [SERIAL]            显示已设置的旋钮(prints the knobs programmed so far)\n"
     "  help                      这段说明(this text)\n"
     "  quit                      退出(ends the program; so does the end of input)\n"
@@ -114,6 +117,19 @@ std::variant<ControllerCommand, std::string> parse_controller_command(const std:
         command.knob = *knob;
         command.value = *value;
         serial_at = 3;
+    } else if (name == "sweep") {
+        if (words.size() < 3 || words.size() > 4)
+            return std::string("用法(usage): sweep KNOB COUNT [SERIAL]");
+        const std::optional<int> knob = number_in(words[1], 0, 127);
+        if (!knob)
+            return invalid("KNOB", words[1], "0-127");
+        const std::optional<int> count = number_in(words[2], 1, 1'000'000);
+        if (!count)
+            return invalid("COUNT", words[2], "1-1000000");
+        command.kind = ControllerCommand::Kind::sweep;
+        command.knob = *knob;
+        command.count = *count;
+        serial_at = 3;
     } else if (name == "table") {
         if (words.size() > 2)
             return std::string("用法(usage): table [SERIAL]");
@@ -125,7 +141,7 @@ std::variant<ControllerCommand, std::string> parse_controller_command(const std:
         command.kind = name == "help" ? ControllerCommand::Kind::help : ControllerCommand::Kind::quit;
         return command;
     } else {
-        return invalid("命令(command)", name, "turn, table, help, quit");
+        return invalid("命令(command)", name, "turn, sweep, table, help, quit");
     }
     if (words.size() > serial_at) {
         command.serial = controller_serial(words[serial_at]);

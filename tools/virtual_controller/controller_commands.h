@@ -20,10 +20,11 @@ struct ControllerArguments {
 std::variant<ControllerArguments, std::string> parse_controller_arguments(const std::vector<std::string>& args);
 
 struct ControllerCommand {
-    enum class Kind { nothing, turn, table, help, quit };
+    enum class Kind { nothing, turn, sweep, table, help, quit };
     Kind kind = Kind::nothing;
     int knob = 0;
     int value = 0;
+    int count = 0;                      // sweep: how many messages
     std::optional<std::string> serial;  // the controller meant; the first one when absent
 };
 

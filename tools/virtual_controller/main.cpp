@@ -149,6 +149,7 @@ private:
             }
             return true;
         case ControllerCommand::Kind::turn: turn(command); return true;
+        case ControllerCommand::Kind::sweep: sweep(command); return true;
         }
         return true;
     }
@@ -170,6 +171,27 @@ private:
         }
         print(stdout, controller->knobs.serial() + " knob " + std::to_string(command.knob) + " 转到(turned to) " +
                           std::to_string(command.value) + ": 已发送(sent) " + hex(bytes));
+    }
+
+    void sweep(const ControllerCommand& command)
+    {
+        Controller* controller = find(command.serial);
+        if (!controller)
+            return;
+        int sent = 0;
+        for (; sent < command.count; ++sent) {
+            const auto message = controller->knobs.turn(command.knob, sent % 128);
+            if (const auto* why = std::get_if<std::string>(&message)) {
+                complain(controller->knobs.serial() + " " + *why);
+                return;
+            }
+            if (!controller->port.send_when_room(std::get<MidiMessage>(message))) {
+                complain(controller->port.error());
+                break;
+            }
+        }
+        print(stdout, controller->knobs.serial() + " knob " + std::to_string(command.knob) +
+                          " 扫过(swept): 已发送(sent) " + std::to_string(sent) + "/" + std::to_string(command.count));
     }
 
     std::vector<std::unique_ptr<Controller>> controllers_;

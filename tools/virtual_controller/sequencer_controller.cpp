@@ -1,6 +1,10 @@
 #include "virtual_controller/sequencer_controller.h"
 
 #include <alsa/asoundlib.h>
+#include <poll.h>
+
+#include <cerrno>
+#include <chrono>
 
 #include <array>
 
@@ -25,6 +29,7 @@ void quiet_alsa_errors(const char*, int, const char*, int, const char*, ...) {}
 bool SequencerController::fail(const std::string& what, int err)
 {
     error_ = what + ": " + snd_strerror(err);
+    last_error_ = err;
     return false;
 }
 
@@ -108,6 +113,21 @@ bool SequencerController::send(const MidiMessage& message)
     snd_seq_ev_set_direct(&event);
     if (int err = snd_seq_event_output_direct(seq_, &event); err < 0)
         return fail("snd_seq_event_output_direct", err);
+    return true;
+}
+
+bool SequencerController::send_when_room(const MidiMessage& message)
+{
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+    while (!send(message)) {
+        if (last_error_ != -EAGAIN || std::chrono::steady_clock::now() > limit)
+            return false;
+        // Room comes back as the receivers read; the handle says when.
+        pollfd fds[4];
+        const int n = snd_seq_poll_descriptors(seq_, fds, 4, POLLOUT);
+        if (n > 0)
+            poll(fds, static_cast<nfds_t>(n), 10);
+    }
     return true;
 }
 

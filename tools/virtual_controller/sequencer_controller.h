@@ -34,6 +34,9 @@ public:
     void drain(const std::function<void(const MidiMessage&)>& received);
     // Sends one message from the port to everything subscribed to it.
     bool send(const MidiMessage& message);
+    // The same, waiting while the sequencer has no room for it (a sweep
+    // sends faster than any client reads), up to a second.
+    bool send_when_room(const MidiMessage& message);
 
     const std::string& error() const { return error_; }
 
@@ -47,6 +50,7 @@ private:
     int port_ = -1;
     std::string port_name_;
     std::string error_;
+    int last_error_ = 0;  // the ALSA error behind error_
 };
 
 }  // namespace dialcraft

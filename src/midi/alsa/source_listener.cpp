@@ -15,6 +15,8 @@ namespace dialcraft {
 
 namespace {
 constexpr unsigned int source_caps = SND_SEQ_PORT_CAP_READ | SND_SEQ_PORT_CAP_SUBS_READ;
+// The most events the kernel lets a client's input queue hold.
+constexpr size_t input_pool_events = 2000;
 
 // What the client is sent: the MIDI events a raw MIDI port produces and the
 // announcements of ports coming, going and being renamed. Subscriptions are
@@ -106,6 +108,10 @@ MidiStatus AlsaSourceListener::open(MidiListener* listener, std::unique_ptr<Alsa
     if (MidiStatus err = state->reader.open("MIDI Client monitor"); err != 0)
         return err;
     snd_seq_t* seq = state->reader.handle();
+    // Room for a knob swept hard while the thread catches up: the kernel
+    // drops what does not fit (the listener is told, but not how much).
+    if (int err = snd_seq_set_client_pool_input(seq, input_pool_events); err < 0)
+        return err;
     for (int type : wanted_events)
         if (int err = snd_seq_set_client_event_filter(seq, type); err < 0)
             return err;
