@@ -182,6 +182,21 @@ void loadCustomInfo()
     pad_to_300_slots(configuration.settings);
 }
 
+std::optional<QStringList> read_stored_table()
+{
+    QSettings settings = user_settings();
+    const QVariant stored = settings.value(configuration_key);
+    if (settings.status() != QSettings::NoError || stored.typeId() != QMetaType::QByteArray)
+        return std::nullopt;
+    std::optional<Configuration> decoded = decode_configuration(stored.toByteArray());
+    if (!decoded)
+        return std::nullopt;
+    QStringList table = std::move(decoded->settings);
+    while (table.size() < 300)
+        table.append(blank_slot);
+    return table;
+}
+
 void saveConfiguration(const Configuration& config)
 {
     const QString path = configuration_file_path();
