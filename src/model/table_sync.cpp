@@ -199,12 +199,9 @@ void TableSync::applyMerge(const QStringList& theirs, bool atClose)
                 shown_[size_t(knob)] = panelKnob(knob);  // both sides agree
         }
     }
-    if (!merge.conflicts.isEmpty()) {
-        const QString file = keepTheirs(theirs, merge.conflicts);
-        emit conflictsKept(merge.conflicts, file);
-    }
+    const QString file = merge.conflicts.isEmpty() ? QString() : keepTheirs(theirs, merge.conflicts);
     if (!atClose)
-        emit tableTaken(merge.taken, !edited.isEmpty());
+        emit tableTaken(merge.taken, !edited.isEmpty(), merge.conflicts, file);
 }
 
 QString TableSync::keepTheirs(const QStringList& theirs, const QList<int>& knobs)

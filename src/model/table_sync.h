@@ -71,11 +71,10 @@ signals:
     void restoreOfferedChanged();
     // Another program's table was taken: `taken` are the knobs that came
     // from it; `kept` tells whether this window's own edits were kept
-    // beside them (a merge) or there were none.
-    void tableTaken(const QList<int>& taken, bool kept);
-    // Knobs both sides changed: the window's values stay, the other side's
-    // went to `file` (empty when it could not be written).
-    void conflictsKept(const QList<int>& knobs, const QString& file);
+    // beside them (a merge) or there were none. `conflicts`: knobs both
+    // sides changed, whose window values stay while the other side's went
+    // to `file` (empty when it could not be written).
+    void tableTaken(const QList<int>& taken, bool kept, const QList<int>& conflicts, const QString& file);
     void editsRestored(int knobs);
     void editsDismissed(const QStringList& files);
 

@@ -12,6 +12,7 @@ namespace dialcraft {
 class GlobalState;
 class LedgerMarkerList;
 class SetAllRun;
+class TableSync;
 
 class WindowStatus : public QObject {
     Q_OBJECT
@@ -22,6 +23,10 @@ class WindowStatus : public QObject {
     // What the controller chosen in the model menu holds, knob by knob,
     // against the panels: the markers and the status line's sum.
     Q_PROPERTY(dialcraft::LedgerMarkerList* ledgerMarkers READ ledgerMarkers CONSTANT)
+    // The stored table shared with other programs, and the offer to restore
+    // the edits of a window that ended uncleanly.
+    Q_PROPERTY(dialcraft::TableSync* tableSync READ tableSync CONSTANT)
+    Q_PROPERTY(QString restoreOfferText READ restoreOfferText CONSTANT)
     // True while a set-all run goes on: the window's other controls are off.
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
 
@@ -33,6 +38,8 @@ public:
     void setMessage(const QString& text);
     SetAllRun* setAll() const { return setAll_; }
     LedgerMarkerList* ledgerMarkers() const { return ledgerMarkers_; }
+    TableSync* tableSync() const { return tableSync_; }
+    QString restoreOfferText() const;
     bool busy() const;
 
 signals:
@@ -44,6 +51,7 @@ private:
 
     QString message_;
     LedgerMarkerList* ledgerMarkers_;
+    TableSync* tableSync_;
     SetAllRun* setAll_;
 };
 
