@@ -48,6 +48,7 @@ wait_for_start_lines() {
 # Terminates the program (SIGTERM, then SIGKILL after 5 s) and reaps it.
 # SIGTERM closes the window as the user does: the shut-down lines follow the
 # start-up lines, and the exit status is 0 (PROGRAM_STATUS).
+# shellcheck disable=SC2034  # PROGRAM_STATUS is read by the scripts that source this one
 stop_program() {
   kill -TERM "$PROGRAM_PID" 2>/dev/null || true
   local i
