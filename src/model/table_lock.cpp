@@ -21,7 +21,8 @@ TableLock::TableLock(int wait_ms)
     held_ = lock_->tryLock(wait_ms);
     if (held_)
         return;
-    read_only_ = lock_->error() == QLockFile::PermissionError;
+    // Anything but another holder means the lock file cannot be made there.
+    read_only_ = lock_->error() != QLockFile::LockFailedError;
     failure_ = read_only_ ? QStringLiteral("the folder of the settings file cannot be written")
                           : QStringLiteral("another program holds the table's lock ") + path;
 }

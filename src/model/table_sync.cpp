@@ -200,8 +200,14 @@ void TableSync::applyMerge(const QStringList& theirs, bool atClose)
         }
     }
     const QString file = merge.conflicts.isEmpty() ? QString() : keepTheirs(theirs, merge.conflicts);
-    if (!atClose)
-        emit tableTaken(merge.taken, !edited.isEmpty(), merge.conflicts, file);
+    if (!atClose) {
+        // Only the knobs the window shows are worth naming.
+        QList<int> shownTaken;
+        for (int knob : merge.taken)
+            if (knob < mapped_knob_count)
+                shownTaken.append(knob);
+        emit tableTaken(shownTaken, !edited.isEmpty(), merge.conflicts, file);
+    }
 }
 
 QString TableSync::keepTheirs(const QStringList& theirs, const QList<int>& knobs)

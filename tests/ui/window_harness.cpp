@@ -34,7 +34,7 @@ void prepare_ui_test_environment()
     // And the journals of unsaved edits: one test's window never offers
     // another's.
     static QTemporaryDir stateFolder;
-    set_state_folder(stateFolder.path());
+    set_state_folder(stateFolder.path() + QStringLiteral("/dialcraft"));
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))

@@ -7,7 +7,7 @@
 // each is answered on standard error with one line "window-process: ...":
 //   edit KNOB|TYPE|CHANNEL|CONTROLLER  sets the knob's panel as the user does
 //   panel KNOB                         answers "panel KNOB: TYPE|CHANNEL|CONTROLLER"
-//   status                             answers "status: <the status line's message>"
+//   status                             answers "status: <the status line's message>" (lines joined by " | ")
 //   offer                              answers "offer: shown" or "offer: hidden"
 //   press OBJECTNAME                   gives the button the focus and presses Space
 //   journal                            writes the journal now; answers its path
@@ -63,7 +63,8 @@ void run_command(WindowHarness& harness, const QString& line)
     } else if (command == QLatin1String("panel")) {
         answer(panel_text(harness, rest.toInt()));
     } else if (command == QLatin1String("status")) {
-        answer(QStringLiteral("status: ") + WindowStatus::of(*harness.state())->message());
+        QString message = WindowStatus::of(*harness.state())->message();
+        answer(QStringLiteral("status: ") + message.replace(u'\n', QStringLiteral(" | ")));
     } else if (command == QLatin1String("offer")) {
         const QQuickItem* offer = harness.item(QStringLiteral("restoreOffer"));
         answer(QStringLiteral("offer: ") + (offer && offer->isVisible() ? "shown" : "hidden"));
