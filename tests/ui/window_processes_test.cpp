@@ -178,9 +178,10 @@ private slots:
         const QString file = home.path(QStringLiteral("home/gig.txt"));
         write_file(file, knob_file({{0, note_on_1_60}}));
         QCOMPARE(run_cli_process(home, {QStringLiteral("import"), file}).status, 0);
-        const QByteArray line = "dialcraft: 两边都改了旋钮(both sides changed knobs) 0; 本窗口的值保留, 其他程序的值存入"
-                                "(the window's values are kept, the other program's values are in) " +
-                                home.path(QStringLiteral("config/dialcraft/conflict-")).toUtf8();
+        const QByteArray line =
+            "dialcraft: 两边都改了旋钮(both sides changed knobs) 0; 本窗口的值保留, 其他程序的值存入"
+            "(the window's values are kept, the other program's values are in) " +
+            home.path(QStringLiteral("config/dialcraft/conflict-")).toUtf8();
         QTRY_VERIFY_WITH_TIMEOUT(window.errors().contains(line), 1000);
         QVERIFY(window.ask(QStringLiteral("status")).contains(QStringLiteral("两边都改了旋钮 0")));
         window.signal(SIGTERM);
