@@ -1,5 +1,6 @@
 #include "model/stored_configuration.h"
 
+#include <QDir>
 #include <QFile>
 #include <QSaveFile>
 #include <QSettings>
@@ -184,7 +185,19 @@ void loadCustomInfo()
 
 std::optional<QStringList> read_stored_table()
 {
-    QSettings settings = user_settings();
+    // Read from a copy: QSettings keeps what it parsed of a file for the whole
+    // process and parses it again only when its size or its time in
+    // milliseconds changed, which two writes of another program can leave
+    // alike. A copy under a fresh name is always parsed.
+    QFile file(user_settings().fileName());
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const QByteArray bytes = file.readAll();
+    QTemporaryFile copy(QDir::tempPath() + QStringLiteral("/dialcraft-store-XXXXXX.conf"));
+    if (file.error() != QFileDevice::NoError || !copy.open() || copy.write(bytes) != bytes.size() || !copy.flush())
+        return std::nullopt;
+    copy.close();
+    QSettings settings(copy.fileName(), QSettings::IniFormat);
     const QVariant stored = settings.value(configuration_key);
     if (settings.status() != QSettings::NoError || stored.typeId() != QMetaType::QByteArray)
         return std::nullopt;
