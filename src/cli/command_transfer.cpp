@@ -15,10 +15,12 @@
 #include "cli/text_file.h"
 #include "model/config_file_transfer.h"
 #include "model/configuration.h"
+#include "model/edit_journal.h"
 #include "model/global_state.h"
 #include "model/ledger_store.h"
 #include "model/slot_mapping.h"
 #include "model/stored_configuration.h"
+#include "model/table_lock.h"
 
 namespace dialcraft {
 
@@ -87,10 +89,23 @@ int run_import(const CliContext& context)
     // of an export comes back as the table it was written from. (The window's
     // import drops empty lines, and every knob after one shifts.)
     configuration.settings = positional_table(read_positional_lines(text, context.console, "import"));
-    if (!saveCustomInfoChecked()) {
+    bool stored = false;
+    {
+        // The whole table is replaced, so there is nothing to merge; the lock
+        // keeps a window's save at close from crossing this write.
+        const TableLock lock;
+        if (!lock.held() && !lock.folderReadOnly())
+            context.console.error_text("dialcraft-cli import: " + lock.failure().toStdString() + "\n");
+        stored = saveCustomInfoChecked();
+    }
+    if (!stored) {
         context.console.error_text("dialcraft-cli import: 无法存储旋钮表(the knob table could not be stored)\n");
         return cli_failed;
     }
+    if (window_is_open())
+        context.console.error_text(
+            "dialcraft-cli import: dialcraft 窗口开着, 它会接过这个表(a dialcraft window is "
+            "open and will take the table)\n");
     context.out << "已导入(imported) " << QFileInfo(QString::fromStdString(path)).absoluteFilePath().toStdString()
                 << " -> 存储的旋钮表(stored table), " << configuration.settings.size() << " 个槽(slots)\n";
     context.out.flush();

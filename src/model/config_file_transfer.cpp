@@ -115,11 +115,16 @@ void ConfigFileTransfer::openFailed(const QString& error)
     print_line(error);
 }
 
+QString export_text(const QStringList& settings)
+{
+    QString text = settings.join(u'\n');
+    text.replace(Default_TYPE_STRING, CONTROL_CHANGE);
+    return text;
+}
+
 void ConfigFileTransfer::updateDocument()
 {
-    QString text = configuration.settings.join(u'\n');
-    text.replace(Default_TYPE_STRING, CONTROL_CHANGE);
-    setDocumentText(text);
+    setDocumentText(export_text(configuration.settings));
 }
 
 qsizetype ConfigFileTransfer::reverseUpdateDocument()

@@ -13,6 +13,10 @@
 
 namespace dialcraft {
 
+// The export's text of a slot table: one slot per line, the type placeholder
+// written as "Control Change".
+QString export_text(const QStringList& settings);
+
 class ConfigFileTransfer : public QObject {
     Q_OBJECT
     Q_PROPERTY(dialcraft::GlobalState* globalState READ globalState WRITE setGlobalState NOTIFY globalStateChanged)

@@ -1,41 +1,15 @@
 #include "model/ledger_marker_list.h"
 
-#include <QDir>
-#include <QFileInfo>
-
 #include "model/global_state.h"
 #include "model/knob_record.h"
 #include "model/ledger_store.h"
 
 namespace dialcraft {
 
-LedgerMarkerList::LedgerMarkerList(QObject* parent) : QObject(parent), ledger_(read_ledger())
+LedgerMarkerList::LedgerMarkerList(QObject* parent)
+    : QObject(parent), ledger_(read_ledger()), file_watch_(new FileWatch(ledger_file_path(), this))
 {
-    connect(&file_watch_, &QFileSystemWatcher::fileChanged, this, &LedgerMarkerList::reload);
-    connect(&file_watch_, &QFileSystemWatcher::directoryChanged, this, &LedgerMarkerList::reload);
-    watch_file();
-}
-
-void LedgerMarkerList::watch_file()
-{
-    // The file itself when it exists (its changes in place), and always the
-    // nearest existing folder on its way (a file replaced, created or
-    // removed).
-    const QString file = ledger_file_path();
-    QStringList wanted;
-    if (QFileInfo::exists(file))
-        wanted << file;
-    QDir folder = QFileInfo(file).absoluteDir();
-    while (!folder.exists() && !folder.isRoot())
-        folder.setPath(QFileInfo(folder.absolutePath()).absolutePath());
-    wanted << folder.absolutePath();
-    const QStringList watched = file_watch_.files() + file_watch_.directories();
-    for (const QString& path : watched)
-        if (!wanted.contains(path))
-            file_watch_.removePath(path);
-    for (const QString& path : wanted)
-        if (!watched.contains(path))
-            file_watch_.addPath(path);
+    connect(file_watch_, &FileWatch::changed, this, &LedgerMarkerList::reload);
 }
 
 void LedgerMarkerList::setGlobalState(GlobalState* state)
@@ -74,7 +48,6 @@ bool LedgerMarkerList::serialHasEntries() const
 
 void LedgerMarkerList::reload()
 {
-    watch_file();
     ControllerLedger ledger = read_ledger();
     if (ledger == ledger_)
         return;

@@ -4,13 +4,13 @@
 // bind to: markers[i] is knob i's KnobMarker as a number (0 written 已写入,
 // 1 differs 与控制器不同, 2 never written 未写入), summaryText the status
 // line's "4AC3CC27: 已写入 20, 不同 3, 未写入 4".
-#include <QFileSystemWatcher>
 #include <QList>
 #include <QMetaObject>
 #include <QObject>
 #include <QString>
 
 #include "model/controller_ledger.h"
+#include "model/file_watch.h"
 #include "model/ledger_markers.h"
 
 namespace dialcraft {
@@ -60,7 +60,6 @@ signals:
 
 private:
     void watch_records();
-    void watch_file();
     void update();
 
     GlobalState* state_ = nullptr;
@@ -68,10 +67,8 @@ private:
     QString serial_;
     LedgerMarkers markers_;
     QList<QMetaObject::Connection> record_connections_;
-    // The ledger file, or while it does not exist the nearest folder above
-    // it that does; armed again after each change, since a file replaced
-    // through a temporary file is a new file.
-    QFileSystemWatcher file_watch_;
+    // The ledger file and its folder.
+    FileWatch* file_watch_;
 };
 
 }  // namespace dialcraft

@@ -4,15 +4,14 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
-#include <QSaveFile>
 
 #include <cstdio>
 #include <functional>
 #include <optional>
 
+#include "model/guarded_file.h"
 #include "model/ledger_json.h"
 #include "model/stored_configuration.h"
-#include "model/unreadable_settings.h"
 
 namespace dialcraft {
 
@@ -21,8 +20,6 @@ namespace {
 // How long a change waits for another instance to finish its own; a change
 // takes a few milliseconds, so only a hung holder makes this run out.
 constexpr int lock_wait_ms = 10000;
-// Attempts at a free "unreadable" name for the same second.
-constexpr int aside_attempts = 100;
 
 LedgerClock ledger_clock;
 LedgerNoticeSink notice_sink;
@@ -80,16 +77,12 @@ FileState read_file(ControllerLedger* ledger, QString* reason)
 void set_aside(const QString& reason)
 {
     const QString path = ledger_file_path();
-    for (int attempt = 1; attempt <= aside_attempts; ++attempt) {
-        const QString aside = unreadable_aside_name(path, attempt);
-        if (QFileInfo::exists(aside))
-            continue;
-        if (QFile::rename(path, aside)) {
-            notice(QStringLiteral("dialcraft: 无法读取的控制器记录已移至(unreadable ledger moved to) ") + aside + " (" +
-                   reason + ")");
-            return;
-        }
-        break;
+    QString why;
+    const QString aside = move_file_aside(path, QStringLiteral("unreadable"), &why);
+    if (!aside.isEmpty()) {
+        notice(QStringLiteral("dialcraft: 无法读取的控制器记录已移至(unreadable ledger moved to) ") + aside + " (" +
+               reason + ")");
+        return;
     }
     notice(QStringLiteral("dialcraft: 无法读取控制器记录, 也无法移开(the ledger cannot be read nor moved aside) ") +
            path + " (" + reason + ")");
@@ -97,22 +90,7 @@ void set_aside(const QString& reason)
 
 bool write_file(const ControllerLedger& ledger, QString* reason)
 {
-    QDir().mkpath(QFileInfo(ledger_file_path()).absolutePath());
-    QSaveFile file(ledger_file_path());
-    if (!file.open(QIODevice::WriteOnly)) {
-        *reason = file.errorString();
-        return false;
-    }
-    const QByteArray bytes = encode_ledger(ledger);
-    // The flush is checked on its own: when the disk refuses part of the
-    // bytes (full, or over a size limit) commit() can still report success
-    // and put the cut-short file in place.
-    if (file.write(bytes) != bytes.size() || !file.flush() || !file.commit()) {
-        *reason = file.errorString();
-        file.cancelWriting();
-        return false;
-    }
-    return true;
+    return write_file_whole(ledger_file_path(), encode_ledger(ledger), reason);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "model/stored_configuration.h"
 
+#include <QDir>
 #include <QFile>
 #include <QSaveFile>
 #include <QSettings>
@@ -180,6 +181,33 @@ void loadCustomInfo()
     }
     configuration = std::move(*decoded);
     pad_to_300_slots(configuration.settings);
+}
+
+std::optional<QStringList> read_stored_table()
+{
+    // Read from a copy: QSettings keeps what it parsed of a file for the whole
+    // process and parses it again only when its size or its time in
+    // milliseconds changed, which two writes of another program can leave
+    // alike. A copy under a fresh name is always parsed.
+    QFile file(user_settings().fileName());
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const QByteArray bytes = file.readAll();
+    QTemporaryFile copy(QDir::tempPath() + QStringLiteral("/dialcraft-store-XXXXXX.conf"));
+    if (file.error() != QFileDevice::NoError || !copy.open() || copy.write(bytes) != bytes.size() || !copy.flush())
+        return std::nullopt;
+    copy.close();
+    QSettings settings(copy.fileName(), QSettings::IniFormat);
+    const QVariant stored = settings.value(configuration_key);
+    if (settings.status() != QSettings::NoError || stored.typeId() != QMetaType::QByteArray)
+        return std::nullopt;
+    std::optional<Configuration> decoded = decode_configuration(stored.toByteArray());
+    if (!decoded)
+        return std::nullopt;
+    QStringList table = std::move(decoded->settings);
+    while (table.size() < 300)
+        table.append(blank_slot);
+    return table;
 }
 
 void saveConfiguration(const Configuration& config)

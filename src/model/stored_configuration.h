@@ -3,6 +3,9 @@
 // in the user's settings, and as "configuration.json" in the documents folder.
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
+
+#include <optional>
 
 #include "model/configuration.h"
 
@@ -20,6 +23,11 @@ QString last_save_failure();
 // The file of the user's settings store that holds "configurationKey"; other
 // files of the program's own (the ledger) live beside it.
 QString settings_file_path();
+// The table the store holds right now, decoded and padded as loadCustomInfo
+// would, without a line printed; nothing when the store holds no table
+// (no value, a value that is not binary or does not decode, a settings file
+// that cannot be parsed). For noticing what other programs stored.
+std::optional<QStringList> read_stored_table();
 void saveConfiguration(const Configuration& config);
 void loadConfiguration();
 

@@ -15,5 +15,6 @@ sleep 0.5  # anything printed after the start-up lines would show now
 stop_program
 trap - EXIT
 check_start_lines "$workdir/stdout"
+((PROGRAM_STATUS == 0)) || { echo "FAIL: exit status $PROGRAM_STATUS after SIGTERM"; exit 1; }
 check_quiet_stderr "$workdir/stderr"
 echo "start-up lines as expected"

@@ -46,6 +46,9 @@ wait_for_start_lines() {
 }
 
 # Terminates the program (SIGTERM, then SIGKILL after 5 s) and reaps it.
+# SIGTERM closes the window as the user does: the shut-down lines follow the
+# start-up lines, and the exit status is 0 (PROGRAM_STATUS).
+# shellcheck disable=SC2034  # PROGRAM_STATUS is read by the scripts that source this one
 stop_program() {
   kill -TERM "$PROGRAM_PID" 2>/dev/null || true
   local i
@@ -54,13 +57,16 @@ stop_program() {
     sleep 0.1
   done
   kill -KILL "$PROGRAM_PID" 2>/dev/null || true
-  wait "$PROGRAM_PID" 2>/dev/null || true
+  PROGRAM_STATUS=0
+  wait "$PROGRAM_PID" 2>/dev/null || PROGRAM_STATUS=$?
 }
 
 # Checks the whole of standard output against the start-up lines: the fixed
 # device name 4ACBCC27 selected, the sequencer's sources looked at (how many
 # depends on the machine; a connected 4ACBCC27 gives the success lines), then
-# the 27 knobs restored from an empty store, and nothing else.
+# the 27 knobs restored from an empty store, and nothing else but, once
+# stop_program has ended it, the shut-down lines: the client closed and the
+# 27 knobs stored.
 check_start_lines() {
   local file=$1
   local -a lines expected=(
@@ -88,7 +94,16 @@ check_start_lines() {
     [[ ${lines[n + i]-} == "Accessing configuration.settings at index: $i" ]] ||
       { echo "FAIL: line $((n + i + 1)) is not the restore line of knob $i"; fail=1; }
   done
-  ((${#lines[@]} == n + 27)) || { echo "FAIL: ${#lines[@]} lines, expected $((n + 27))"; fail=1; }
+  if ((${#lines[@]} > n + 27)); then
+    [[ ${lines[n + 27]-} == $'midi_exit\r' ]] || { echo "FAIL: line $((n + 28)) is not midi_exit"; fail=1; }
+    for i in $(seq 0 26); do
+      [[ ${lines[n + 28 + i]-} == "Accessing configuration.settings at index: $i" ]] ||
+        { echo "FAIL: line $((n + 29 + i)) is not the store line of knob $i"; fail=1; }
+    done
+    ((${#lines[@]} == n + 55)) || { echo "FAIL: ${#lines[@]} lines, expected $((n + 55))"; fail=1; }
+  else
+    ((${#lines[@]} == n + 27)) || { echo "FAIL: ${#lines[@]} lines, expected $((n + 27))"; fail=1; }
+  fi
   if ((fail)); then
     echo "standard output (cat -A):"
     cat -A "$file"

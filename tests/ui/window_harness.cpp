@@ -8,6 +8,7 @@
 #include <QSettings>
 
 #include "midi/host_selection.h"
+#include "model/edit_journal.h"
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtQml/qqmlextensionplugin.h>
@@ -30,6 +31,10 @@ void prepare_ui_test_environment()
     static QTemporaryDir settingsFolder;
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settingsFolder.path());
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settingsFolder.path());
+    // And the journals of unsaved edits: one test's window never offers
+    // another's.
+    static QTemporaryDir stateFolder;
+    set_state_folder(stateFolder.path() + QStringLiteral("/dialcraft"));
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))

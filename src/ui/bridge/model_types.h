@@ -9,6 +9,7 @@
 #include "model/global_state.h"
 #include "model/knob_record.h"
 #include "model/ledger_marker_list.h"
+#include "model/table_sync.h"
 
 namespace dialcraft {
 
@@ -45,6 +46,13 @@ struct LedgerMarkerListForeign {
     QML_FOREIGN(dialcraft::LedgerMarkerList)
     QML_NAMED_ELEMENT(LedgerMarkerList)
     QML_UNCREATABLE("Each window status has the markers of its state.")
+};
+
+struct TableSyncForeign {
+    Q_GADGET
+    QML_FOREIGN(dialcraft::TableSync)
+    QML_NAMED_ELEMENT(TableSync)
+    QML_UNCREATABLE("Each window status has the table sync of its state.")
 };
 
 }  // namespace dialcraft

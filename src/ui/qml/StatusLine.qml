@@ -70,6 +70,55 @@ ColumnLayout {
         }
     }
 
+    // The edits a window left unsaved when it ended without its shut-down
+    // (killed, crashed, power lost), offered back once.
+    RowLayout {
+        objectName: "restoreOffer"
+        Layout.fillWidth: true
+        visible: line.status.tableSync.restoreOffered
+        Label {
+            objectName: "restoreOfferText"
+            Layout.fillWidth: true
+            text: line.status.restoreOfferText
+            wrapMode: Text.Wrap
+            font.pixelSize: 12
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+        Button {
+            id: restoreButton
+            objectName: "restoreEditsButton"
+            text: "恢复(Restore)"
+            focusPolicy: Qt.StrongFocus
+            activeFocusOnTab: true
+            enabled: !line.status.busy
+            Accessible.name: line.status.restoreOfferText
+            PressGlue {
+                button: restoreButton
+                onActivated: line.status.tableSync.restoreEdits()
+            }
+            FocusRing {
+                shown: restoreButton.visualFocus
+            }
+        }
+        Button {
+            id: dismissButton
+            objectName: "dismissEditsButton"
+            text: "不恢复(Dismiss)"
+            focusPolicy: Qt.StrongFocus
+            activeFocusOnTab: true
+            enabled: !line.status.busy
+            Accessible.name: "不恢复, 修改留作文件(Dismiss unsaved edits, keep them as a file)"
+            PressGlue {
+                button: dismissButton
+                onActivated: line.status.tableSync.dismissEdits()
+            }
+            FocusRing {
+                shown: dismissButton.visualFocus
+            }
+        }
+    }
+
     // Room for three lines at all times, so the column does not move as the
     // messages change.
     Label {

@@ -1,6 +1,7 @@
 #include "ui/shell/app_shell.h"
 
 #include "ui/access/accessible_enabled_state.h"
+#include "ui/shell/orderly_end.h"
 
 #include <QFont>
 #include <QIcon>
@@ -56,6 +57,8 @@ int dialcraftApp::run(int& argc, char** argv)
     scenePhase = app.applicationState();
     QObject::connect(&app, &QGuiApplication::applicationStateChanged,
                      [this](Qt::ApplicationState state) { scenePhase = state; });
+
+    install_orderly_end(app);
 
     QQmlApplicationEngine engine;
     if (!load_main_window(engine))

@@ -171,4 +171,39 @@ QString monitor_counts_text(uint64_t received, uint64_t unmatched)
     return QStringLiteral("收到(received) %1, 未匹配(unmatched) %2").arg(received).arg(unmatched);
 }
 
+QString table_taken_text(const QList<int>& taken, bool merged)
+{
+    const QString changed = QStringLiteral("旋钮表已被其他程序更新(the table was changed by another program)");
+    if (!merged || taken.isEmpty())
+        return changed;
+    const QString list = knob_list_text(taken);
+    return changed + QStringLiteral("; 已取来旋钮 ") + list + QStringLiteral(", 本窗口的修改保留(knobs ") + list +
+           QStringLiteral(" taken, this window's edits kept)");
+}
+
+QString conflicts_kept_text(const QList<int>& knobs, const QString& file)
+{
+    const QString list = knob_list_text(knobs);
+    if (file.isEmpty())
+        return QStringLiteral("两边都改了旋钮 ") + list +
+               QStringLiteral(", 保留本窗口的值; 其他程序的值无法存入文件(both sides changed knobs ") + list +
+               QStringLiteral("; this window's values stay, the other program's could not be written to a file)");
+    return QStringLiteral("两边都改了旋钮 ") + list + QStringLiteral(", 保留本窗口的值; 其他程序的值在 ") + file +
+           QStringLiteral("(both sides changed knobs ") + list +
+           QStringLiteral("; this window's values stay, the other program's are in ") + file + QStringLiteral(")");
+}
+
+const QString restore_offer_text = QStringLiteral("恢复上次未保存的修改(Restore unsaved edits)");
+
+QString edits_restored_text(int knobs)
+{
+    return QStringLiteral("已恢复 %1 个旋钮的修改(edits of %1 knobs restored)").arg(knobs);
+}
+
+QString edits_dismissed_text(const QStringList& files)
+{
+    return QStringLiteral("未恢复; 上次的修改保留在(not restored; the edits are kept in) ") +
+           files.join(QStringLiteral(", "));
+}
+
 }  // namespace dialcraft

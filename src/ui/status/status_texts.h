@@ -66,4 +66,15 @@ QString not_saved_text(const QString& reason);
 QString read_text(const QUrl& url, qsizetype slotCount);
 QString not_read_text(const QString& location);
 
+// Another program changed the stored table: taken into the panels (`taken`
+// the knobs that came from it), or merged with the window's own edits.
+QString table_taken_text(const QList<int>& taken, bool merged);
+// Knobs changed on both sides: the window's values stay; the other side's
+// are in `file` (empty: it could not be written).
+QString conflicts_kept_text(const QList<int>& knobs, const QString& file);
+// The offer after an unclean end, and what became of it.
+extern const QString restore_offer_text;
+QString edits_restored_text(int knobs);
+QString edits_dismissed_text(const QStringList& files);
+
 }  // namespace dialcraft

@@ -4,8 +4,10 @@
 
 #include "model/global_state.h"
 #include "model/ledger_marker_list.h"
+#include "model/table_sync.h"
 #include "ui/monitor/knob_monitor.h"
 #include "ui/press/set_all_run.h"
+#include "ui/status/status_texts.h"
 
 namespace dialcraft {
 
@@ -13,6 +15,7 @@ WindowStatus::WindowStatus(GlobalState& state)
     : QObject(&state),
       ledgerMarkers_(new LedgerMarkerList(this)),
       monitor_(new KnobMonitor(state, *this, *ledgerMarkers_)),
+      tableSync_(TableSync::of(state)),
       setAll_(new SetAllRun(state, *this))
 {
     ledgerMarkers_->setGlobalState(&state);
@@ -20,6 +23,22 @@ WindowStatus::WindowStatus(GlobalState& state)
     // Handed to QML through a method call; the state owns it, never QML.
     QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
     connect(setAll_, &SetAllRun::runningChanged, this, &WindowStatus::busyChanged);
+    QQmlEngine::setObjectOwnership(tableSync_, QQmlEngine::CppOwnership);
+    connect(tableSync_, &TableSync::tableTaken, this,
+            [this](const QList<int>& taken, bool merged, const QList<int>& conflicts, const QString& file) {
+                QString text = table_taken_text(taken, merged);
+                if (!conflicts.isEmpty())
+                    text += QLatin1Char('\n') + conflicts_kept_text(conflicts, file);
+                setMessage(text);
+            });
+    connect(tableSync_, &TableSync::editsRestored, this, [this](int knobs) { setMessage(edits_restored_text(knobs)); });
+    connect(tableSync_, &TableSync::editsDismissed, this,
+            [this](const QStringList& files) { setMessage(edits_dismissed_text(files)); });
+}
+
+QString WindowStatus::restoreOfferText() const
+{
+    return restore_offer_text;
 }
 
 WindowStatus* WindowStatus::of(GlobalState& state)

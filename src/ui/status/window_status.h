@@ -14,6 +14,7 @@ namespace dialcraft {
 class GlobalState;
 class LedgerMarkerList;
 class SetAllRun;
+class TableSync;
 
 class WindowStatus : public QObject {
     Q_OBJECT
@@ -27,6 +28,10 @@ class WindowStatus : public QObject {
     // What the controllers send, live: the monitor list, the panels'
     // activity and the verification of knobs just programmed.
     Q_PROPERTY(dialcraft::KnobMonitor* monitor READ monitor CONSTANT)
+    // The stored table shared with other programs, and the offer to restore
+    // the edits of a window that ended uncleanly.
+    Q_PROPERTY(dialcraft::TableSync* tableSync READ tableSync CONSTANT)
+    Q_PROPERTY(QString restoreOfferText READ restoreOfferText CONSTANT)
     // True while a set-all run goes on: the window's other controls are off.
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
 
@@ -39,6 +44,8 @@ public:
     SetAllRun* setAll() const { return setAll_; }
     LedgerMarkerList* ledgerMarkers() const { return ledgerMarkers_; }
     KnobMonitor* monitor() const { return monitor_; }
+    TableSync* tableSync() const { return tableSync_; }
+    QString restoreOfferText() const;
     bool busy() const;
 
 signals:
@@ -51,6 +58,7 @@ private:
     QString message_;
     LedgerMarkerList* ledgerMarkers_;
     KnobMonitor* monitor_;
+    TableSync* tableSync_;
     SetAllRun* setAll_;
 };
 
