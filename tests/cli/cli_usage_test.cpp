@@ -61,13 +61,13 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         UsageCase{{},
                   "dialcraft-cli: 缺少命令(a command is needed); 可用(accepted): list, set, apply, show, export, "
-                  "import\n"},
+                  "import, monitor, verify\n"},
         UsageCase{{"frob"},
                   "dialcraft-cli: 命令(command) \"frob\" 无效(invalid); 可用(accepted): list, set, apply, show, "
-                  "export, import\n"},
+                  "export, import, monitor, verify\n"},
         UsageCase{{"list", "--all"},
                   "dialcraft-cli list: 选项(option) \"--all\" 无效(invalid); 可用(accepted): --json, --verbose, "
-                  "--serial SERIAL, --controller SERIAL, --changed, --help\n"},
+                  "--serial SERIAL, --controller SERIAL, --changed, --count N, --timeout SECONDS, --help\n"},
         UsageCase{{"set", "27", "cc", "2", "74"},
                   "dialcraft-cli set: KNOB \"27\" 无效(invalid); 可用(accepted): 0-26\n"},
         UsageCase{{"set", "-1", "cc", "2", "74"},
@@ -101,11 +101,12 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{{"set", "5", "cc", "2", "74", "--serial", "4AC1CC27", "--serial=4AC1CC27"},
                   "dialcraft-cli set: --serial 只能给一次(may be given once)\n"},
         UsageCase{{"list", "--serial", "4AC1CC27"},
-                  "dialcraft-cli list: --serial 不适用于(does not apply to) list; 可用于(accepted by): set, apply\n"},
+                  "dialcraft-cli list: --serial 不适用于(does not apply to) list; 可用于(accepted by): set, apply, "
+                  "monitor, verify\n"},
         UsageCase{
             {"export", "x.txt", "--json"},
             "dialcraft-cli export: --json 不适用于(does not apply to) export; 可用于(accepted by): list, set, apply, "
-            "show\n"},
+            "show, monitor\n"},
         UsageCase{{"show", "extra"},
                   "dialcraft-cli show: 参数个数不对(wrong number of arguments); 用法(usage): dialcraft-cli show "
                   "[--controller SERIAL] [--json] "
