@@ -148,7 +148,9 @@ constexpr std::string_view import_help =
     "back as the same table. Knobs 0 to 26 whose channel line is empty (never configured) are stored\n"
     "unconfigured. Unlike the window's 导入配置(Import Config), which drops empty lines, no knob moves.\n"
     "A warning tells when the file has fewer than 81 lines or a type line names no type (a file that\n"
-    "did not come from an export). The window shows the table at its next start.\n"
+    "did not come from an export). The table is written under the lock ~/.config/dialcraft/table.lock;\n"
+    "an open window takes it within a second, merged knob by knob with its own edits, and a line on\n"
+    "standard error says that a window is open.\n"
     "\n"
     "退出状态(exit status): 0 已导入(imported), 1 无法存储(could not be stored),\n"
     "2 参数错误或文件不可读(bad argument or unreadable file)\n";

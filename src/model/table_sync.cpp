@@ -158,9 +158,13 @@ void TableSync::writeJournalNow()
         edits.append({knob, values[0], values[1], values[2]});
     }
     QString reason;
-    if (!journal_->write(edits, &reason))
-        notice(QStringLiteral("dialcraft: 未保存的修改无法记下(the unsaved edits could not be journaled) ") +
-               journal_->path() + " (" + reason + ")");
+    const bool written = journal_->write(edits, &reason);
+    // Said once: a state folder that cannot be written stays so.
+    if (written || journalFailureTold_)
+        return;
+    journalFailureTold_ = true;
+    notice(QStringLiteral("dialcraft: 未保存的修改无法记下(the unsaved edits could not be journaled) ") +
+           journal_->path() + " (" + reason + ")");
 }
 
 void TableSync::checkStore()

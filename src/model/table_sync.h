@@ -91,6 +91,7 @@ private:
     GlobalState& state_;
     bool started_ = false;
     bool finished_ = false;
+    bool journalFailureTold_ = false;
     // The table last loaded or taken, and what each panel showed of it right
     // after (nothing: the panel's value is known to differ, a kept conflict).
     QStringList base_;
