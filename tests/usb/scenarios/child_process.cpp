@@ -189,3 +189,25 @@ int InteractiveProcess::stop()
     }
     return status;
 }
+
+int InteractiveProcess::wait_for_exit(std::chrono::milliseconds timeout)
+{
+    const auto limit = Clock::now() + timeout;
+    int status = -1;
+    while (pid_ > 0) {
+        read_available(std::chrono::milliseconds(20));
+        int raw = 0;
+        const pid_t done = waitpid(pid_, &raw, WNOHANG);
+        if (done == pid_) {
+            status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+            pid_ = -1;
+        } else if (Clock::now() > limit) {
+            kill(pid_, SIGKILL);
+            waitpid(pid_, &raw, 0);
+            pid_ = -1;
+        }
+    }
+    const int ignored = stop();
+    (void)ignored;
+    return status;
+}

@@ -36,6 +36,10 @@ public:
     // Closes its standard input (the end of input ends it), then kills it if
     // it does not leave in time. Returns its exit status, -1 when killed.
     int stop();
+    // Waits for it to end by itself, its standard input left open, reading
+    // its output meanwhile; killed after `timeout`. Returns its exit status,
+    // -1 when killed.
+    int wait_for_exit(std::chrono::milliseconds timeout);
 
 private:
     void read_available(std::chrono::milliseconds wait);

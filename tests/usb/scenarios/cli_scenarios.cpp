@@ -8,11 +8,15 @@
 //   11  dialcraft-cli set programs a gadget and the ledger remembers it:
 //       show --controller reports the knob, apply --changed of a file
 //       holding the same setting sends nothing
-//   usb_cli_scenarios <8|9|10|11> <controller_emulator path> <work directory>
+//   12  dialcraft-cli verify on a gadget programmed by set: the knob's new
+//       setting exits 0, its old one exits 1; a virtual controller's
+//       sweep of 1000 is counted exactly by dialcraft-cli monitor
+//   usb_cli_scenarios <8|9|10|11|12> <controller_emulator path> <work directory>
 // The two programs are packed beside the emulator.
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -341,12 +345,90 @@ int ledger_scenario(const TestBed& bed, const Programs& programs)
     return report.finish();
 }
 
+// Runs dialcraft-cli verify, with the controller sending `hex` every 100 ms
+// until verify answers (it listens only once it has started); returns its
+// line and exit status.
+ProcessResult verify_while_sending(const Programs& programs, EmulatedController& emulator, const std::string& hex)
+{
+    InteractiveProcess verify;
+    ProcessResult result;
+    if (!verify.start({programs.cli, "verify", "5", "--timeout", "20"}))
+        return result;
+    for (int i = 0; i < 100 && result.out.empty(); ++i) {
+        emulator.send(hex);
+        result.out = verify.wait_for_line("旋钮(knob) 5: ", 100ms);
+    }
+    result.status = verify.stop();
+    return result;
+}
+
+int monitor_scenario(const TestBed& bed, const Programs& programs)
+{
+    ScenarioReport report("12",
+                          "verify 4AC3CC27 knob 5: new setting 0, old setting 1; a sweep of 1000 counted by monitor");
+    UsbGadget gadget("4AC3CC27", 0x4AC3, 0xCC27);
+    EmulatedController emulator(bed.emulator, bed.file("4AC3CC27.log"));
+    if (!plug_controller(report, gadget, emulator, first_udc))
+        return report.finish();
+
+    const ProcessResult first = run_cli(programs, {"set", "5", "cc", "1", "10"});
+    const ProcessResult second = run_cli(programs, {"set", "5", "cc", "2", "74"});
+    report.check(first.status == 0 && second.status == 0, "set 5 cc 1 10, then set 5 cc 2 74, exit 0");
+    report.check(emulator.wait_for_line("knob 5 = Control Change, channel 2, controller 74", 5s),
+                 "the controller decoded knob 5 = Control Change, channel 2, controller 74");
+
+    // A controller that kept the old setting: verify names it and exits 1.
+    const ProcessResult old = verify_while_sending(programs, emulator, "b0 0a 10");
+    const std::string old_line =
+        "旋钮(knob) 5: 收到别的设置(a different setting arrived): Control Change  ch 1  #10  16  -> 未匹配(unmatched)";
+    report.check(old.status == 1 && old.out == old_line, "the old setting: exit 1, \"" + old_line + "\" (got " +
+                                                             std::to_string(old.status) + ", \"" + old.out + "\")");
+    // The knob turned as programmed: verified, exit 0, and the ledger says so.
+    const ProcessResult verified = verify_while_sending(programs, emulator, "b1 4a 40");
+    const std::string verified_line =
+        "旋钮(knob) 5: 已验证(verified) Control Change, 通道(channel) 2, 控制器号(controller) 74";
+    report.check(verified.status == 0 && verified.out == verified_line,
+                 "the new setting: exit 0, \"" + verified_line + "\" (got " + std::to_string(verified.status) + ", \"" +
+                     verified.out + "\")");
+    std::ifstream ledger(bed.work_dir + "/dialcraft/ledger.json");
+    const std::string ledger_text((std::istreambuf_iterator<char>(ledger)), std::istreambuf_iterator<char>());
+    report.check(ledger_text.find("\"verified\": \"") != std::string::npos, "the ledger records when it was verified");
+
+    // A sweep of a thousand messages from a virtual controller, counted by
+    // the monitor, which listens beside everything else.
+    InteractiveProcess controller;
+    report.check(controller.start({programs.virtual_controller, "4AC5CC27"}), "start dialcraft-virtual-controller");
+    report.check(!controller.wait_for_line("4AC5CC27: 就绪(ready)", 10s).empty(), "the virtual controller is ready");
+    const ProcessResult set = run_cli(programs, {"set", "5", "cc", "2", "74", "--serial", "4AC5CC27"});
+    report.check(set.status == 0, "set 5 cc 2 74 --serial 4AC5CC27 exits 0");
+    InteractiveProcess monitor;
+    report.check(monitor.start({programs.cli, "monitor", "--serial", "4AC5CC27", "--count", "1000"}),
+                 "start dialcraft-cli monitor --count 1000");
+    report.check(wait_for_sequencer_port("MIDI Client monitor", "Monitor", 10s), "the monitor listens on its own port");
+    controller.write_line("sweep 5 1000");
+    const std::string swept = controller.wait_for_line("4AC5CC27 knob 5 扫过(swept)", 20s);
+    report.check(swept == "4AC5CC27 knob 5 扫过(swept): 已发送(sent) 1000/1000", "the sweep sent 1000 (" + swept + ")");
+    const int monitor_status = monitor.wait_for_exit(30s);
+    const std::vector<std::string>& lines = monitor.lines();
+    size_t matched = 0;
+    for (size_t i = 0; i < lines.size(); ++i) {
+        const std::string rest = "  4AC5CC27  Control Change  ch 2  #74  " + std::to_string(i % 128) + "  -> 5号旋钮";
+        matched += lines[i].size() > 12 && lines[i].substr(12) == rest;
+    }
+    report.check(monitor_status == 0 && lines.size() == 1000 && matched == 1000,
+                 "monitor --count 1000 printed the 1000 messages in order and ended with 0 (lines " +
+                     std::to_string(lines.size()) + ", as expected " + std::to_string(matched) + ", exit " +
+                     std::to_string(monitor_status) + ")");
+    controller.stop();
+    return report.finish();
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
 {
     if (argc != 4) {
-        std::fprintf(stderr, "usage: %s <scenario 8|9|10|11> <controller_emulator> <work dir>\n", argv[0]);
+        std::fprintf(stderr, "usage: %s <scenario 8|9|10|11|12> <controller_emulator> <work dir>\n", argv[0]);
         return 2;
     }
     const std::string id = argv[1];
@@ -365,6 +447,8 @@ int main(int argc, char** argv)
         return virtual_controller_scenario(programs);
     if (id == "11")
         return ledger_scenario(bed, programs);
+    if (id == "12")
+        return monitor_scenario(bed, programs);
     std::fprintf(stderr, "unknown scenario %s\n", id.c_str());
     return 2;
 }
