@@ -157,10 +157,16 @@ private slots:
         QCOMPARE(message(), QStringLiteral("旋钮表已被其他程序更新(the table was changed by another program)"));
         QCOMPARE(quiet.finishLines(), QStringList());  // taking the table prints nothing
 
+        // The import replaced the file; the watch follows the new one.
+        ConsoleCapture again;
+        QCOMPARE(runCli({QStringLiteral("import"), knobFile(files_, {{0, cc_2_74}})}).status, 0);
+        QTRY_COMPARE_WITH_TIMEOUT(shown(0), cc_2_74, 1000);
+        QCOMPARE(again.finishLines(), QStringList());
+
         ConsoleCapture closing;
         harness.close();
         QCOMPARE(closing.finishLines(), QStringList{QStringLiteral("midi_exit\r")} + knobLines());
-        QCOMPARE(stored(), storedJson(windowTable({{0, note_on_1_60}}, 219)));
+        QCOMPARE(stored(), storedJson(windowTable({{0, cc_2_74}}, 219)));
     }
 
     void anEditOnAnotherKnobIsKeptBesideTheImport()
