@@ -167,9 +167,18 @@ void TableSync::writeJournalNow()
            journal_->path() + " (" + reason + ")");
 }
 
+void TableSync::setHeld(bool held)
+{
+    if (held_ == held)
+        return;
+    held_ = held;
+    if (!held_)
+        checkTimer_->start();
+}
+
 void TableSync::checkStore()
 {
-    if (!started_ || finished_)
+    if (!started_ || finished_ || held_)
         return;
     const std::optional<QStringList> theirs = read_stored_table();
     // A store without a readable table is no other program's table: the

@@ -56,6 +56,9 @@ public:
     void checkStore();
     // Writes the journal now rather than after the short wait.
     void writeJournalNow();
+    // While held (a set-all run going through the panels), another
+    // program's table waits; it is looked at again once released.
+    void setHeld(bool held);
 
     bool restoreOffered() const { return !orphans_.empty(); }
     // The offered edits into the panels (they become this window's edits).
@@ -92,6 +95,7 @@ private:
     bool started_ = false;
     bool finished_ = false;
     bool journalFailureTold_ = false;
+    bool held_ = false;
     // The table last loaded or taken, and what each panel showed of it right
     // after (nothing: the panel's value is known to differ, a kept conflict).
     QStringList base_;

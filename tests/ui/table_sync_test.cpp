@@ -21,6 +21,9 @@
 #include "model/edit_journal.h"
 #include "model/stored_configuration.h"
 #include "model/table_lock.h"
+#include "model/table_sync.h"
+#include "sim_scene.h"
+#include "ui/press/set_all_run.h"
 #include "ui/status/window_status.h"
 #include "window_harness.h"
 
@@ -154,10 +157,16 @@ private slots:
         QCOMPARE(message(), QStringLiteral("旋钮表已被其他程序更新(the table was changed by another program)"));
         QCOMPARE(quiet.finishLines(), QStringList());  // taking the table prints nothing
 
+        // The import replaced the file; the watch follows the new one.
+        ConsoleCapture again;
+        QCOMPARE(runCli({QStringLiteral("import"), knobFile(files_, {{0, cc_2_74}})}).status, 0);
+        QTRY_COMPARE_WITH_TIMEOUT(shown(0), cc_2_74, 1000);
+        QCOMPARE(again.finishLines(), QStringList());
+
         ConsoleCapture closing;
         harness.close();
         QCOMPARE(closing.finishLines(), QStringList{QStringLiteral("midi_exit\r")} + knobLines());
-        QCOMPARE(stored(), storedJson(windowTable({{0, note_on_1_60}}, 219)));
+        QCOMPARE(stored(), storedJson(windowTable({{0, cc_2_74}}, 219)));
     }
 
     void anEditOnAnotherKnobIsKeptBesideTheImport()
@@ -215,6 +224,34 @@ private slots:
         harness.close();
         quiet.finish();
         QCOMPARE(stored(), storedJson(windowTable({{0, note_on_1_60}, {3, note_on_4_10}}, 219)));
+    }
+
+    void aSetAllRunFinishesBeforeAnotherTableIsTaken()
+    {
+        plug_controller(*sim, "4AC1CC27");
+        for (int knob = 1; knob <= 12; ++knob)
+            configure_knob(*harness.state(), knob, "Control Change", "1", "7");
+        SetAllRun* run = WindowStatus::of(*harness.state())->setAll();
+        bool takenWhileRunning = false;
+        // The store is looked at between the run's knobs, as the watch would
+        // (whose reports the run's own ledger writes keep postponing).
+        connect(run, &SetAllRun::progressChanged, this, [&] {
+            if (!run->running())
+                return;
+            TableSync::of(*harness.state())->checkStore();
+            if (shown(0) == note_on_1_60)
+                takenWhileRunning = true;
+        });
+        ConsoleCapture quiet;
+        harness.click(harness.item(QStringLiteral("setAllButton")));
+        QVERIFY(run->running());
+        QCOMPARE(runCli({QStringLiteral("import"), knobFile(files_, {{0, note_on_1_60}})}).status, 0);
+        QVERIFY(run->running());
+        QTRY_VERIFY_WITH_TIMEOUT(!run->running(), 30000);
+        QTRY_COMPARE_WITH_TIMEOUT(shown(0), note_on_1_60, 1000);
+        QVERIFY(!takenWhileRunning);
+        harness.close();
+        quiet.finish();
     }
 
     void aLockLeftByADeadProcessIsTakenOver()

@@ -24,6 +24,9 @@ WindowStatus::WindowStatus(GlobalState& state)
     QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
     connect(setAll_, &SetAllRun::runningChanged, this, &WindowStatus::busyChanged);
     QQmlEngine::setObjectOwnership(tableSync_, QQmlEngine::CppOwnership);
+    // A set-all run presses the panels one by one; another program's table
+    // is taken after it, not halfway through.
+    connect(setAll_, &SetAllRun::runningChanged, this, [this] { tableSync_->setHeld(setAll_->running()); });
     connect(tableSync_, &TableSync::tableTaken, this,
             [this](const QList<int>& taken, bool merged, const QList<int>& conflicts, const QString& file) {
                 QString text = table_taken_text(taken, merged);
