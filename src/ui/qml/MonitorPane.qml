@@ -113,6 +113,7 @@ ColumnLayout {
             required property string line
             required property bool matched
             width: ListView.view.width
+            leftPadding: 4
             text: line
             font.family: "monospace"
             font.pixelSize: 12
