@@ -75,12 +75,16 @@ void KnobMonitor::setPaused(bool paused)
 {
     if (paused_ == paused)
         return;
+    // What came before the press is shown (or not) as the list stood then.
+    frame();
     paused_ = paused;
     emit pausedChanged();
 }
 
 void KnobMonitor::clear()
 {
+    // What came before the press goes too.
+    frame();
     log_->clear();
     last_values_.fill(-1);
     lit_until_.fill({});
