@@ -10,8 +10,6 @@
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QSettings>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <QtQml/qqmlextensionplugin.h>
 #include <benchmark/benchmark.h>
@@ -27,6 +25,7 @@
 #include "base/console.h"
 #include "family_scene.h"
 #include "midi/host_selection.h"
+#include "offscreen_benchmarks.h"
 #include "quiet_stdout.h"
 #include "ui/monitor/knob_monitor.h"
 #include "ui/shell/app_shell.h"
@@ -170,17 +169,5 @@ BENCHMARK(BM_monitor_burst)->Unit(benchmark::kMillisecond)->UseManualTime()->Ite
 
 int main(int argc, char** argv)
 {
-    QTemporaryDir settingsFolder;  // never the user's own store
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settingsFolder.path());
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settingsFolder.path());
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))
-        qputenv("QT_QUICK_BACKEND", "software");
-    QGuiApplication app(argc, argv);
-    configure_application(app);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return run_offscreen_benchmarks(argc, argv);
 }

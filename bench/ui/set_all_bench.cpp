@@ -13,8 +13,6 @@
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
-#include <QSettings>
-#include <QTemporaryDir>
 #include <QtQml/qqmlextensionplugin.h>
 #include <benchmark/benchmark.h>
 
@@ -28,6 +26,7 @@
 #include "base/console.h"
 #include "family_scene.h"
 #include "midi/host_selection.h"
+#include "offscreen_benchmarks.h"
 #include "quiet_stdout.h"
 #include "ui/press/set_all_run.h"
 #include "ui/press/set_button_action.h"
@@ -156,17 +155,5 @@ BENCHMARK(BM_set_all_27_knobs)->Unit(benchmark::kMillisecond)->UseManualTime()->
 
 int main(int argc, char** argv)
 {
-    QTemporaryDir settingsFolder;  // never the user's own store
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settingsFolder.path());
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settingsFolder.path());
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))
-        qputenv("QT_QUICK_BACKEND", "software");
-    QGuiApplication app(argc, argv);
-    configure_application(app);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return run_offscreen_benchmarks(argc, argv);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <initializer_list>
 
 #include "base/integer_text.h"
 #include "cli/cli_commands.h"
@@ -56,23 +57,11 @@ bool is_option(const std::string& word)
     return word.rfind("--", 0) == 0 || word == "-h";
 }
 
-// The option taking a serial that `word` is ("--serial", "--serial=X",
-// "--controller", "--controller=X"), or nullptr.
-const char* serial_option(const std::string& word)
+// Which of `options`, options that take a value, `word` is ("--serial" or
+// "--serial=X" for "--serial"), or nullptr.
+const char* value_option(const std::string& word, std::initializer_list<const char*> options)
 {
-    for (const char* option : {"--serial", "--controller"}) {
-        const std::string_view name(option);
-        if (word == name || (word.rfind(name, 0) == 0 && word.size() > name.size() && word[name.size()] == '='))
-            return option;
-    }
-    return nullptr;
-}
-
-// The option taking a number that `word` is ("--count", "--count=N",
-// "--timeout", "--timeout=N"), or nullptr.
-const char* number_option(const std::string& word)
-{
-    for (const char* option : {"--count", "--timeout"}) {
+    for (const char* option : options) {
         const std::string_view name(option);
         if (word == name || (word.rfind(name, 0) == 0 && word.size() > name.size() && word[name.size()] == '='))
             return option;
@@ -110,7 +99,7 @@ CliRequest parse_cli_arguments(const std::vector<std::string>& args)
             request.verbose = true;
         } else if (word == "--changed") {
             request.changed = true;
-        } else if (const char* option = serial_option(word)) {
+        } else if (const char* option = value_option(word, {"--serial", "--controller"})) {
             std::string value;
             if (word == option) {
                 if (i + 1 == args.size())
@@ -125,7 +114,7 @@ CliRequest parse_cli_arguments(const std::vector<std::string>& args)
             if (field)
                 throw UsageError(std::string(option) + " 只能给一次(may be given once)");
             field = serial_argument(option, value);
-        } else if (const char* option = number_option(word)) {
+        } else if (const char* option = value_option(word, {"--count", "--timeout"})) {
             const bool is_count = std::string_view(option) == "--count";
             std::string value;
             if (word == option) {

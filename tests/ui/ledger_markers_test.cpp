@@ -32,15 +32,6 @@ std::vector<Bytes> controlChange(uint8_t knob, uint8_t channel, uint8_t controll
     return programming_messages(knob, static_cast<uint8_t>(0xB0 | (channel - 1)), controller);
 }
 
-QString attached(QQuickItem* item, const char* property)
-{
-    for (QObject* child : item->children()) {
-        if (qstrcmp(child->metaObject()->className(), "QQuickAccessibleAttached") == 0)
-            return child->property(property).toString();
-    }
-    return QString();
-}
-
 }  // namespace
 
 class LedgerMarkersTest : public QObject {
@@ -70,9 +61,9 @@ private slots:
     {
         for (int knob : {0, 5, 26}) {
             QCOMPARE(markText(knob), neverWritten);
-            QCOMPARE(attached(panel(knob), "description"), neverWritten);
-            QCOMPARE(attached(setButton(knob), "description"), neverWritten);
-            QCOMPARE(attached(mark(knob), "name"), neverWritten);
+            QCOMPARE(accessible_attached(panel(knob), "description"), neverWritten);
+            QCOMPARE(accessible_attached(setButton(knob), "description"), neverWritten);
+            QCOMPARE(accessible_attached(mark(knob), "name"), neverWritten);
         }
         QVERIFY(!harness.item(QStringLiteral("knobMark"), harness.panelShowingRecord(27))->isVisible());
         QCOMPARE(summary(), QStringLiteral("4AC1CC27: 已写入 0, 不同 0, 未写入 27"));
@@ -85,14 +76,14 @@ private slots:
         harness.click(setButton(5));
         QCOMPARE(harness.state()->fullText(), QStringLiteral("旋钮5-设置成功!"));
         QTRY_COMPARE(markText(5), written);
-        QCOMPARE(attached(setButton(5), "description"), written);
+        QCOMPARE(accessible_attached(setButton(5), "description"), written);
         QCOMPARE(summary(), QStringLiteral("4AC1CC27: 已写入 1, 不同 0, 未写入 26"));
         QCOMPARE(markText(4), neverWritten);
 
         // Editing a field: the panel no longer shows what the controller holds.
         harness.replaceText(harness.item(QStringLiteral("controllerField"), panel(5)), QStringLiteral("75"));
         QTRY_COMPARE(markText(5), differs);
-        QCOMPARE(attached(panel(5), "description"), differs);
+        QCOMPARE(accessible_attached(panel(5), "description"), differs);
         QCOMPARE(summary(), QStringLiteral("4AC1CC27: 已写入 0, 不同 1, 未写入 26"));
         harness.replaceText(harness.item(QStringLiteral("controllerField"), panel(5)), QStringLiteral("74"));
         QTRY_COMPARE(markText(5), written);
@@ -133,7 +124,7 @@ private slots:
         QVERIFY(record_in_ledger(QStringLiteral("4AC1CC27"), 1, QStringLiteral("Control Change"), 1, 99));
         QTRY_VERIFY(onlyChangedBox()->isVisible());
         QCOMPARE(onlyChangedBox()->property("text").toString(), QStringLiteral("只设置不同的(Only changed)"));
-        QCOMPARE(attached(onlyChangedBox(), "name"), QStringLiteral("只设置不同的(Only changed)"));
+        QCOMPARE(accessible_attached(onlyChangedBox(), "name"), QStringLiteral("只设置不同的(Only changed)"));
         QVERIFY(onlyChangedBox()->property("activeFocusOnTab").toBool());
 
         harness.click(onlyChangedBox());

@@ -26,15 +26,6 @@ namespace {
 // 2026-11-24 21:14:03.512 UTC
 const auto fixed_time = std::chrono::system_clock::time_point(std::chrono::milliseconds(1'795'554'843'512));
 
-QString attached(QQuickItem* item, const char* property)
-{
-    for (QObject* child : item->children()) {
-        if (qstrcmp(child->metaObject()->className(), "QQuickAccessibleAttached") == 0)
-            return child->property(property).toString();
-    }
-    return QString();
-}
-
 }  // namespace
 
 class MonitorTest : public QObject {
@@ -69,7 +60,7 @@ private slots:
         sim->inject(first.source, {0xB1, 0x4A, 0x40});
         QTRY_COMPARE(activityText(5), QStringLiteral("◉ 值(value) 64"));
         QCOMPARE(monitor()->lastValues().at(5), 64);
-        QCOMPARE(attached(panel(5), "description"), QStringLiteral("○ 未写入(never written), 值(value) 64"));
+        QCOMPARE(accessible_attached(panel(5), "description"), QStringLiteral("○ 未写入(never written), 值(value) 64"));
         // The light goes out; the value stays.
         QTRY_COMPARE(activityText(5), QStringLiteral("值(value) 64"));
         QCOMPARE(activityText(4), QString());
@@ -189,18 +180,18 @@ private slots:
     void pauseKeepsCountingAndClearEmpties()
     {
         harness.click(toggle());
-        QCOMPARE(attached(toggle(), "name"), QStringLiteral("监视器(Monitor) 已展开(expanded)"));
+        QCOMPARE(accessible_attached(toggle(), "name"), QStringLiteral("监视器(Monitor) 已展开(expanded)"));
         QTRY_VERIFY(button("monitorPause")->isVisible() && button("monitorPause")->width() > 0);
-        QCOMPARE(attached(button("monitorPause"), "name"), QStringLiteral("暂停(Pause)"));
-        QCOMPARE(attached(button("monitorClear"), "name"), QStringLiteral("清除(Clear)"));
-        QCOMPARE(attached(list(), "name"), QStringLiteral("监视器消息(Monitor messages)"));
+        QCOMPARE(accessible_attached(button("monitorPause"), "name"), QStringLiteral("暂停(Pause)"));
+        QCOMPARE(accessible_attached(button("monitorClear"), "name"), QStringLiteral("清除(Clear)"));
+        QCOMPARE(accessible_attached(list(), "name"), QStringLiteral("监视器消息(Monitor messages)"));
         QVERIFY(button("monitorPause")->property("activeFocusOnTab").toBool() ||
                 button("monitorPause")->property("focusPolicy").toInt() == Qt::StrongFocus);
         sim->inject(first.source, {0xB0, 0x01, 0x02});
         QTRY_COMPARE(monitor()->log()->rowCount(), 1);
         pressByKeyboard(button("monitorPause"));
         QVERIFY(monitor()->paused());
-        QCOMPARE(attached(button("monitorPause"), "name"), QStringLiteral("继续(Resume)"));
+        QCOMPARE(accessible_attached(button("monitorPause"), "name"), QStringLiteral("继续(Resume)"));
         sim->inject(first.source, {0xB0, 0x01, 0x03});
         QTRY_COMPARE(monitor()->received(), 2.0);
         QCOMPARE(monitor()->log()->rowCount(), 1);

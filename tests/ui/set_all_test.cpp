@@ -292,15 +292,7 @@ private:
                std::all_of(parts.begin(), parts.end(), [](QQuickItem* part) { return part->opacity() == 1; });
     }
 
-    // The name given with the attached Accessible properties.
-    static QString accessibleName(QQuickItem* item)
-    {
-        for (QObject* child : item->children()) {
-            if (qstrcmp(child->metaObject()->className(), "QQuickAccessibleAttached") == 0)
-                return child->property("name").toString();
-        }
-        return QString();
-    }
+    static QString accessibleName(QQuickItem* item) { return accessible_attached(item, "name"); }
     static QPoint centre(QQuickItem* item)
     {
         return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();

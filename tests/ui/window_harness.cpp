@@ -273,6 +273,15 @@ void write_test_file(const QString& path, const QByteArray& bytes)
     QCOMPARE(file.write(bytes), bytes.size());
 }
 
+QString accessible_attached(QQuickItem* item, const char* property)
+{
+    for (QObject* child : item->children()) {
+        if (qstrcmp(child->metaObject()->className(), "QQuickAccessibleAttached") == 0)
+            return child->property(property).toString();
+    }
+    return QString();
+}
+
 void configure_knob(GlobalState& state, int record, const char* type, const char* channel, const char* controller)
 {
     CreateSetupAreaViewData* knob = state.record(record);

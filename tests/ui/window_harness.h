@@ -26,6 +26,10 @@ QByteArray read_test_file(const QString& path);
 // Replaces the file at `path` with `bytes`; a failure fails the test.
 void write_test_file(const QString& path, const QByteArray& bytes);
 
+// A property ("name", "description") given with an item's attached Accessible
+// properties, as a screen reader is told it; empty when none was given.
+QString accessible_attached(QQuickItem* item, const char* property);
+
 // Sets record `record`'s type, channel and controller as a panel's menu and
 // fields would.
 void configure_knob(GlobalState& state, int record, const char* type, const char* channel, const char* controller);
