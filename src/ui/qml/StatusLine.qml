@@ -124,31 +124,37 @@ ColumnLayout {
     // After an import the panels still show the values from before, and
     // closing would keep those: said as a warning, with the way to show the
     // imported values now.
-    RowLayout {
+    ColumnLayout {
         objectName: "importOffer"
         Layout.fillWidth: true
         visible: line.status.importOffer.offered
-        Label {
-            objectName: "importOfferSymbol"
-            Accessible.ignored: true
-            text: line.warningSymbol
-            color: line.warningColour
-            font.pixelSize: 16
-        }
-        Label {
-            objectName: "importOfferText"
+        RowLayout {
             Layout.fillWidth: true
-            text: line.status.importOffer.text
-            color: line.warningColour
-            wrapMode: Text.Wrap
-            font.pixelSize: 12
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            Label {
+                objectName: "importOfferSymbol"
+                Layout.alignment: Qt.AlignTop
+                Accessible.ignored: true
+                text: line.warningSymbol
+                color: line.warningColour
+                font.pixelSize: 16
+            }
+            Label {
+                objectName: "importOfferText"
+                Layout.fillWidth: true
+                text: line.status.importOffer.text
+                color: line.warningColour
+                wrapMode: Text.Wrap
+                font.pixelSize: 12
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
         }
         Button {
             id: showImportedButton
             objectName: "showImportedButton"
+            Layout.fillWidth: true
             text: line.status.importOffer.buttonText
+            font.pixelSize: 12
             focusPolicy: Qt.StrongFocus
             activeFocusOnTab: true
             enabled: !line.status.busy
