@@ -246,6 +246,18 @@ private slots:
         QVERIFY(harness.cancelFileDialog(openDialog));
     }
 
+    void numberFieldsDescribeTheirRange()
+    {
+        for (QQuickItem* panel : harness.panels()) {
+            if (panel->property("placeholder").toBool())
+                continue;
+            QAccessibleInterface* channel = accessible(harness.item(QStringLiteral("channelField"), panel));
+            QAccessibleInterface* controller = accessible(harness.item(QStringLiteral("controllerField"), panel));
+            QCOMPARE(channel->text(QAccessible::Description), QStringLiteral("1-16"));
+            QCOMPARE(controller->text(QAccessible::Description), QStringLiteral("0-127"));
+        }
+    }
+
 private:
     QList<QAccessibleInterface*> tree() const
     {

@@ -14,6 +14,15 @@
 
 using namespace dialcraft;
 
+namespace {
+// Types `text` (ASCII) key by key into the window's focused item.
+void typeKeys(QQuickWindow* window, const QString& text)
+{
+    for (const QChar c : text)
+        QTest::keyClick(window, c.toLatin1());
+}
+}  // namespace
+
 using Bytes = std::vector<uint8_t>;
 
 class KeyboardTest : public QObject {
@@ -247,6 +256,74 @@ private slots:
         QVERIFY(page->property("contentY").toReal() > 0);
         QVERIFY(shownIn(target, row));
         QVERIFY(shownIn(target, page));
+    }
+
+    void tabIntoANumberFieldSelectsItsNumber()
+    {
+        QQuickItem* panel = harness.panelShowingRecord(5);
+        QQuickItem* channel = harness.item(QStringLiteral("channelField"), panel);
+        QQuickItem* controller = harness.item(QStringLiteral("controllerField"), panel);
+        harness.state()->record(5)->set_message_channel_menu_string(QStringLiteral("16"));
+        QCOMPARE(controller->property("text").toString(), QStringLiteral("127"));
+        tabUntilItem(channel);
+        QCOMPARE(harness.window()->activeFocusItem(), channel);
+        QCOMPARE(channel->property("selectedText").toString(), QStringLiteral("16"));
+        QTest::keyClick(harness.window(), Qt::Key_Tab);
+        QCOMPARE(harness.window()->activeFocusItem(), controller);
+        QCOMPARE(controller->property("selectedText").toString(), QStringLiteral("127"));
+        // Typing replaces the preset instead of adding to it.
+        typeKeys(harness.window(), QStringLiteral("74"));
+        QCOMPARE(harness.state()->record(5)->message_controller_number_code_string(), QStringLiteral("74"));
+        // Shift+Tab back selects too.
+        QTest::keyClick(harness.window(), Qt::Key_Backtab);
+        QCOMPARE(harness.window()->activeFocusItem(), channel);
+        QCOMPARE(channel->property("selectedText").toString(), QStringLiteral("16"));
+    }
+
+    void downOnAFreshTypeMenuChoosesTheFirstType()
+    {
+        QQuickItem* menu = harness.item(QStringLiteral("typeMenu"), harness.panelShowingRecord(4));
+        QCOMPARE(harness.state()->record(4)->message_type_menu_string(), QStringLiteral("选择消息类型"));
+        tabUntilItem(menu);
+        QCOMPARE(harness.window()->activeFocusItem(), menu);
+        ConsoleCapture capture;
+        QTest::keyClick(harness.window(), Qt::Key_Down);
+        QCOMPARE(harness.state()->record(4)->message_type_menu_string(), QStringLiteral("Note On"));
+        QCOMPARE(menu->property("displayText").toString(), QStringLiteral("Note On"));
+        // From there Down goes on through the types as before.
+        QTest::keyClick(harness.window(), Qt::Key_Down);
+        QCOMPARE(harness.state()->record(4)->message_type_menu_string(), QStringLiteral("Note Off"));
+        QTest::keyClick(harness.window(), Qt::Key_Up);
+        QCOMPARE(harness.state()->record(4)->message_type_menu_string(), QStringLiteral("Note On"));
+        QCOMPARE(capture.finish(), std::string());
+    }
+
+    void everyTabStopShowsTheSameFocusFrame()
+    {
+        // Around the whole window once: each stop draws the panels' frame.
+        QStringList missing;
+        QQuickItem* first = nullptr;
+        for (int i = 0; i < 200; ++i) {
+            QTest::keyClick(harness.window(), Qt::Key_Tab);
+            QQuickItem* focused = harness.window()->activeFocusItem();
+            if (focused == first)
+                break;
+            if (!first)
+                first = focused;
+            QQuickItem* ring = nullptr;
+            for (QQuickItem* child : focused->childItems()) {
+                if (child->objectName() == QLatin1String("focusRing"))
+                    ring = child;
+            }
+            if (!ring) {
+                for (QQuickItem* child : focused->findChildren<QQuickItem*>(QStringLiteral("focusRing")))
+                    ring = child;
+            }
+            if (!ring || !ring->isVisible() ||
+                ring->property("border").value<QObject*>()->property("width").toInt() != 3)
+                missing << name(focused);
+        }
+        QVERIFY2(missing.isEmpty(), qPrintable(missing.join(u' ')));
     }
 
 private:

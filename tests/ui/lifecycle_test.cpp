@@ -237,8 +237,9 @@ private slots:
         QVERIFY(area && frame);
         QVERIFY(!area->isEnabled());
         QVERIFY(area->property("readOnly").toBool());
-        QCOMPARE(frame->width(), 200.0);
-        QCOMPARE(frame->height(), 200.0);
+        // At least 200 by 200; it fills the device column's width.
+        QVERIFY(frame->width() >= 200.0);
+        QVERIFY(frame->height() >= 200.0);
         QCOMPARE(area->property("font").value<QFont>().pixelSize(), 16);
         auto* border = frame->property("background").value<QQuickItem*>();
         QObject* line = border->property("border").value<QObject*>();

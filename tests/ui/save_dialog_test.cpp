@@ -18,6 +18,15 @@
 
 using namespace dialcraft;
 
+namespace {
+// Types `text` (ASCII) key by key into the window's focused item.
+void typeKeys(QQuickWindow* window, const QString& text)
+{
+    for (const QChar c : text)
+        QTest::keyClick(window, c.toLatin1());
+}
+}  // namespace
+
 class SaveDialogTest : public QObject {
     Q_OBJECT
 
@@ -145,7 +154,88 @@ private slots:
         QCOMPARE(read_test_file(path), QByteArray("old"));
     }
 
+    void nameWithoutExtensionIsSavedAsTxtOnEnter()
+    {
+        harness.click(harness.item(QStringLiteral("exportButton")));
+        QTRY_VERIFY(harness.saveDialog()->property("visible").toBool());
+        QTRY_VERIFY(fallback()->property("active").toBool());
+        QQuickItem* name = harness.item(QStringLiteral("fileNameTextField"));
+        name->forceActiveFocus();
+        typeKeys(harness.window(), QStringLiteral("gig"));
+        QCOMPARE(name->property("text").toString(), QStringLiteral("gig"));
+
+        ConsoleCapture capture;
+        QTest::keyClick(harness.window(), Qt::Key_Return);
+        QTRY_VERIFY(!harness.saveDialog()->property("visible").toBool());
+        const QString path = QDir(documents).filePath(QStringLiteral("gig.txt"));
+        QCOMPARE(capture.finishLines(), QStringList{QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded)});
+        QVERIFY(QFile::exists(path));
+        QVERIFY(!QFile::exists(QDir(documents).filePath(QStringLiteral("gig"))));
+    }
+
+    void nameWithItsOwnExtensionIsKept()
+    {
+        harness.click(harness.item(QStringLiteral("exportButton")));
+        QTRY_VERIFY(harness.saveDialog()->property("visible").toBool());
+        QTRY_VERIFY(fallback()->property("active").toBool());
+        harness.replaceText(harness.item(QStringLiteral("fileNameTextField")), QStringLiteral("knobs.cfg"));
+        harness.click(acceptButton());
+        QTRY_VERIFY(!harness.saveDialog()->property("visible").toBool());
+        QVERIFY(QFile::exists(QDir(documents).filePath(QStringLiteral("knobs.cfg"))));
+        QVERIFY(!QFile::exists(QDir(documents).filePath(QStringLiteral("knobs.cfg.txt"))));
+    }
+
+    void everyExportStartsWithAnEmptyName()
+    {
+        for (const char* file : {"first", "second"}) {
+            harness.click(harness.item(QStringLiteral("exportButton")));
+            QTRY_VERIFY(harness.saveDialog()->property("visible").toBool());
+            QTRY_VERIFY(fallback()->property("active").toBool());
+            QQuickItem* name = harness.item(QStringLiteral("fileNameTextField"));
+            QTRY_COMPARE(name->property("text").toString(), QString());
+            QVERIFY(!acceptButton()->isEnabled());
+            name->forceActiveFocus();
+            typeKeys(harness.window(), QString::fromLatin1(file));
+            QCOMPARE(name->property("text").toString(), QString::fromLatin1(file));
+            QTest::keyClick(harness.window(), Qt::Key_Return);
+            QTRY_VERIFY(!harness.saveDialog()->property("visible").toBool());
+        }
+        QVERIFY(QFile::exists(QDir(documents).filePath(QStringLiteral("first.txt"))));
+        QVERIFY(QFile::exists(QDir(documents).filePath(QStringLiteral("second.txt"))));
+    }
+
+    void dialogsSpeakTheWindowsLanguage()
+    {
+        harness.click(harness.item(QStringLiteral("importButton")));
+        QTRY_VERIFY(harness.openDialog()->property("visible").toBool());
+        QTRY_VERIFY(visibleButton(QStringLiteral("打开(Open)")));
+        QVERIFY(visibleButton(QStringLiteral("取消(Cancel)")));
+        QVERIFY(harness.cancelFileDialog(harness.openDialog()));
+
+        harness.click(harness.item(QStringLiteral("exportButton")));
+        QTRY_VERIFY(harness.saveDialog()->property("visible").toBool());
+        QTRY_VERIFY(fallback()->property("active").toBool());
+        QVERIFY(visibleButton(QStringLiteral("保存(Save)")));
+        QVERIFY(visibleButton(QStringLiteral("取消(Cancel)")));
+        bool labelled = false;
+        for (QQuickItem* item : harness.items(QString())) {
+            if (item->isVisible() && item->property("text").toString() == QStringLiteral("文件名(File name)"))
+                labelled = true;
+        }
+        QVERIFY(labelled);
+        QVERIFY(harness.cancelFileDialog(harness.saveDialog()));
+    }
+
 private:
+    QQuickItem* visibleButton(const QString& text) const
+    {
+        for (QQuickItem* item : harness.items(QString())) {
+            if (item->isVisible() && item->inherits("QQuickAbstractButton") &&
+                item->property("text").toString() == text)
+                return item;
+        }
+        return nullptr;
+    }
     QObject* fallback() const { return harness.window()->findChild<QObject*>(QStringLiteral("saveDialogFallback")); }
     QObject* question() const { return harness.window()->findChild<QObject*>(QStringLiteral("overwriteQuestion")); }
     QQuickItem* acceptButton() const

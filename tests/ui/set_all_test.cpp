@@ -162,7 +162,7 @@ private slots:
                                                              "旋钮4: 参数错误-MIDI通道"));
     }
 
-    void knobsWithoutControllerSucceedButNothingIsSent()
+    void knobsWithoutControllerAreCountedAsNotSent()
     {
         unplug_controller(*sim, controller);
         configure(0, "Note On", "1", "1");
@@ -172,13 +172,80 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!run()->running(), 5000);
 
         QVERIFY(sim->sent().empty());
-        QCOMPARE(harness.state()->fullText(), QStringLiteral("全部设置完成(Set All done)\n"
-                                                             "成功(succeeded): 2\n"
-                                                             "失败(failed): 0\n"
-                                                             "跳过(skipped): 25"));
+        QCOMPARE(harness.state()->fullText(),
+                 QStringLiteral("全部设置完成(Set All done)\n"
+                                "成功(succeeded): 0\n"
+                                "未发送(not sent): 2\n"
+                                "失败(failed): 0\n"
+                                "跳过(skipped): 25\n"
+                                "旋钮0: 未发送(not sent), 0/5条消息已送达(0 of 5 messages accepted)\n"
+                                "旋钮1: 未发送(not sent), 0/5条消息已送达(0 of 5 messages accepted)"));
         QCOMPARE(statusMessage(),
                  QStringLiteral(
-                     "全部设置(Set All): 未发送任何消息, 未找到控制器(Nothing was sent, no controller found)"));
+                     "全部设置(Set All): 未发送任何消息, 未找到控制器(Nothing was sent, no controller found)\n"
+                     "未发送(not sent): 旋钮 0, 1 的消息未全部送达(knobs 0, 1: not all messages accepted)"));
+        QVERIFY(status()->warning());
+        QVERIFY(harness.item(QStringLiteral("statusWarningSymbol"))->isVisible());
+    }
+
+    void serviceThatAcceptsNothingMakesAWarning()
+    {
+        sim->set_send_status(controller.destination, -5);
+        configure(0, "Note On", "1", "1");
+        configure(1, "Note On", "1", "2");
+
+        harness.click(setAllButton());
+        QTRY_VERIFY_WITH_TIMEOUT(!run()->running(), 5000);
+
+        QVERIFY(sim->sent().empty());
+        QCOMPARE(harness.state()->fullText(),
+                 QStringLiteral("全部设置完成(Set All done)\n"
+                                "成功(succeeded): 0\n"
+                                "未发送(not sent): 2\n"
+                                "失败(failed): 0\n"
+                                "跳过(skipped): 25\n"
+                                "旋钮0: 未发送(not sent), 0/5条消息已送达(0 of 5 messages accepted)\n"
+                                "旋钮1: 未发送(not sent), 0/5条消息已送达(0 of 5 messages accepted)"));
+        QCOMPARE(statusMessage(),
+                 QStringLiteral("全部设置(Set All): 未送达任何消息, 10条被拒绝(Nothing was accepted, 10 refused)\n"
+                                "未发送(not sent): 旋钮 0, 1 的消息未全部送达(knobs 0, 1: not all messages accepted)"));
+        QVERIFY(status()->warning());
+        QVERIFY(harness.item(QStringLiteral("statusWarningSymbol"))->isVisible());
+    }
+
+    void serviceThatAcceptsThreeOfFiveMakesAWarning()
+    {
+        sim->set_send_status_after(controller.destination, 3, -5);
+        configure(2, "Control Change", "2", "74");
+
+        harness.click(setAllButton());
+        QTRY_VERIFY_WITH_TIMEOUT(!run()->running(), 5000);
+
+        const auto expected = programming(2, 0xB, 2, 74);
+        QCOMPARE(sentBytes(), std::vector<Bytes>(expected.begin(), expected.begin() + 3));
+        const QString summary = harness.state()->fullText();
+        QVERIFY2(summary.contains(QStringLiteral("成功(succeeded): 0\n")), qPrintable(summary));
+        QCOMPARE(summary, QStringLiteral("全部设置完成(Set All done)\n"
+                                         "成功(succeeded): 0\n"
+                                         "未发送(not sent): 1\n"
+                                         "失败(failed): 0\n"
+                                         "跳过(skipped): 26\n"
+                                         "旋钮2: 未发送(not sent), 3/5条消息已送达(3 of 5 messages accepted)"));
+        QCOMPARE(statusMessage(),
+                 QStringLiteral("全部设置(Set All): 3条消息已送达(3 messages accepted) → 4AC1CC27 MIDI 1; 2条被拒绝(2 "
+                                "refused)\n"
+                                "未发送(not sent): 旋钮 2 的消息未全部送达(knob 2: not all messages accepted)"));
+        QVERIFY(status()->warning());
+    }
+
+    void fullyAcceptedRunIsNoWarning()
+    {
+        configure(2, "Control Change", "2", "74");
+        status()->setWarningMessage(QStringLiteral("x"));
+        harness.click(setAllButton());
+        QTRY_VERIFY_WITH_TIMEOUT(!run()->running(), 5000);
+        QVERIFY(!status()->warning());
+        QVERIFY(!harness.item(QStringLiteral("statusWarningSymbol"))->isVisible());
     }
 
     void stopAfterTheFirstKnobLeavesTheRestUnsent()
@@ -298,6 +365,7 @@ private:
         return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
     }
 
+    WindowStatus* status() const { return WindowStatus::of(*harness.state()); }
     SetAllRun* run() const { return WindowStatus::of(*harness.state())->setAll(); }
     QQuickItem* setAllButton() const { return harness.item(QStringLiteral("setAllButton")); }
     QQuickItem* progressBar() const { return harness.item(QStringLiteral("setAllProgress")); }

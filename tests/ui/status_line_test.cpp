@@ -1,6 +1,8 @@
 // The status line under the text area: the controllers present, followed
 // live as the simulated service changes, and what a set press really sent.
 // None of it is printed, and the MIDI link's state is left alone.
+#include <QAccessible>
+#include <QColor>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QSettings>
@@ -14,6 +16,8 @@
 #include "midi/host_selection.h"
 #include "model/print_line.h"
 #include "sim_scene.h"
+#include "ui/access/status_announcer.h"
+#include "ui/status/window_status.h"
 #include "window_harness.h"
 
 using namespace dialcraft;
@@ -174,7 +178,94 @@ private slots:
         QCOMPARE(statusMessage(), QStringLiteral("旋钮5: 未送达任何消息, 5条被拒绝(Nothing was accepted, 5 refused)"));
     }
 
+    void pressThatSentNothingIsAWarningAndIsAnnounced()
+    {
+        use(std::make_unique<SimMidiHost>());
+        QVERIFY(openAndStartPresence());
+        configureKnob5();
+        QVERIFY(!warningShown());
+
+        harness.click(harness.item(QStringLiteral("setButton"), harness.panelShowingRecord(5)));
+
+        const QString text = QStringLiteral(
+            "旋钮5: 未发送任何消息, 未找到控制器(Nothing was sent, no controller found)");
+        QCOMPARE(statusMessage(), text);
+        QVERIFY(WindowStatus::of(*harness.state())->warning());
+        QVERIFY(warningShown());
+        QCOMPARE(harness.item(QStringLiteral("statusWarningSymbol"))->property("text").toString(), QStringLiteral("⚠"));
+        // Not by colour alone, but in colour too.
+        QCOMPARE(harness.item(QStringLiteral("statusMessage"))->property("color").value<QColor>(), QColor("#8a2a00"));
+        // A screen reader is told, with the warning's word in front.
+        QTRY_COMPARE(accessibleStatusName(), QStringLiteral("警告(Warning): ") + text);
+
+        // The warning stays while nothing else is said.
+        QTest::qWait(50);
+        QVERIFY(warningShown());
+
+        // The next press that gets everything through ends it.
+        plug_controller(*sim, "4AC1CC27");
+        harness.click(harness.item(QStringLiteral("setButton"), harness.panelShowingRecord(5)));
+        QVERIFY(statusMessage().startsWith(QStringLiteral("旋钮5: 5条消息已送达(5 messages accepted)")));
+        QVERIFY(!WindowStatus::of(*harness.state())->warning());
+        QVERIFY(!warningShown());
+        QTRY_COMPARE_WITH_TIMEOUT(accessibleStatusName(), statusMessage(), 3000);
+    }
+
+    void pressWithThreeOfFiveAcceptedIsAWarning()
+    {
+        use(std::make_unique<SimMidiHost>());
+        const PluggedController controller = plug_controller(*sim, "4AC1CC27");
+        sim->set_send_status_after(controller.destination, 3, -5);
+        QVERIFY(openAndStartPresence());
+        configureKnob5();
+        sim->clear_sent();
+
+        harness.click(harness.item(QStringLiteral("setButton"), harness.panelShowingRecord(5)));
+
+        QCOMPARE(sim->sent().size(), size_t(3));
+        QCOMPARE(statusMessage(),
+                 QStringLiteral("旋钮5: 3条消息已送达(3 messages accepted) → 4AC1CC27 MIDI 1; 2条被拒绝(2 refused)"));
+        QVERIFY(warningShown());
+    }
+
+    void statusChangesAreAnnouncedAtMostOnceASecondLatestWins()
+    {
+        use(std::make_unique<SimMidiHost>());
+        QVERIFY(openAndStartPresence());
+        WindowStatus* status = WindowStatus::of(*harness.state());
+        auto* announcer = harness.window()->findChild<StatusAnnouncer*>(QStringLiteral("statusAnnouncer"));
+        QVERIFY(announcer);
+
+        // Let any earlier announcement's second run out.
+        status->setMessage(QStringLiteral("一"));
+        QTRY_COMPARE_WITH_TIMEOUT(announcer->announced(), QStringLiteral("一"), 3000);
+        QTest::qWait(StatusAnnouncer::min_interval_ms + 50);
+
+        const int before = announcer->announcements();
+        QElapsedTimer clock;
+        clock.start();
+        status->setMessage(QStringLiteral("二"));
+        QCOMPARE(announcer->announced(), QStringLiteral("二"));  // at once: the last was over a second ago
+        QCOMPARE(accessibleStatusName(), QStringLiteral("二"));
+        status->setMessage(QStringLiteral("三"));
+        status->setWarningMessage(QStringLiteral("四"));
+        QCOMPARE(announcer->announced(), QStringLiteral("二"));
+        QTRY_COMPARE_WITH_TIMEOUT(announcer->announced(), QStringLiteral("警告(Warning): 四"), 3000);
+        QVERIFY(clock.elapsed() >= StatusAnnouncer::min_interval_ms - 50);
+        // 三 was never told: only the latest within the second.
+        QCOMPARE(announcer->announcements(), before + 2);
+        QCOMPARE(accessibleStatusName(), QStringLiteral("警告(Warning): 四"));
+    }
+
 private:
+    bool warningShown() const { return harness.item(QStringLiteral("statusWarningSymbol"))->isVisible(); }
+    QString accessibleStatusName() const
+    {
+        QAccessibleInterface* iface = QAccessible::queryAccessibleInterface(
+            harness.item(QStringLiteral("statusMessage")));
+        return iface ? iface->text(QAccessible::Name) : QString();
+    }
+
     void use(std::unique_ptr<SimMidiHost> host)
     {
         sim = std::move(host);

@@ -2,10 +2,14 @@
 // status line: with no controller connected after knob 5 was set, during a
 // set-all run with 4AC1CC27 connected, and after that run (one of its knobs
 // has channel 0 and fails its check); and, given a fourth file, the ledger's
-// marks after knob 2 was edited since that run.
-// Usage: ui_status_screenshot <no-controller.png> <set-all-running.png> <set-all-done.png> [<ledger-markers.png>]
+// marks after knob 2 was edited since that run; given a fifth and a sixth,
+// the warning of a press that sent nothing and the offer to show the values
+// of an import.
+// Usage: ui_status_screenshot <no-controller.png> <set-all-running.png> <set-all-done.png> [<ledger-markers.png>
+//        [<warning.png> <import-offer.png>]]
 #include <QImage>
 #include <QSettings>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <cstdio>
@@ -40,7 +44,8 @@ int main(int argc, char** argv)
     harness.replaceText(harness.item(QStringLiteral("controllerField"), panel), QStringLiteral("74"));
     harness.click(harness.item(QStringLiteral("setButton"), panel));
     QTest::qWait(100);
-    if (!save_picture(harness.grab(), argv[1]))
+    const QImage nothingSent = harness.grab();
+    if (!save_picture(nothingSent, argv[1]) || (argc > 5 && !save_picture(nothingSent, argv[5])))
         return 1;
 
     plug_controller(sim, "4AC1CC27");
@@ -68,6 +73,15 @@ int main(int argc, char** argv)
                             QStringLiteral("75"));
         QTest::qWait(100);
         saved = save_picture(harness.grab(), argv[4]);
+    }
+    if (saved && argc > 6) {
+        QTemporaryDir dir;
+        write_test_file(dir.filePath(QStringLiteral("gig.txt")), "Note On\n1\n60\n\nBend Change\n16\n0\n");
+        harness.click(harness.item(QStringLiteral("importButton")));
+        saved = harness.acceptFileDialog(harness.openDialog(), dir.path(), QStringLiteral("gig.txt")) &&
+                QTest::qWaitFor([&] { return harness.item(QStringLiteral("showImportedButton"))->isVisible(); });
+        QTest::qWait(100);
+        saved = saved && save_picture(harness.grab(), argv[6]);
     }
     harness.destroy();
     set_midi_host(nullptr);

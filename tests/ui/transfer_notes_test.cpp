@@ -11,7 +11,9 @@
 #include "midi/host_selection.h"
 #include "midi/sim/sim_midi_host.h"
 #include "ui/dialogs/file_dialog_flow.h"
+#include "ui/status/import_offer.h"
 #include "ui/status/status_texts.h"
+#include "ui/status/window_status.h"
 #include "window_harness.h"
 
 using namespace dialcraft;
@@ -118,10 +120,11 @@ private slots:
 
         ConsoleCapture capture;
         QVERIFY(harness.acceptFileDialog(harness.openDialog(), dir.path(), QStringLiteral("six.txt")));
-        const QString expected = QStringLiteral("已从 ") + path +
+        const QString expected = QStringLiteral("已从 ") + path + QStringLiteral(" 读取6个槽位(6 slots read from ") +
+                                 path +
                                  QStringLiteral(
-                                     " 读取6个槽位, 面板下次刷新时显示"
-                                     "(6 slots read; the panels show them from the next refresh on)");
+                                     "); 丢弃了1个空行, 其后的旋钮都前移了(1 empty line dropped; every later knob "
+                                     "moved up)\n面板仍显示导入前的值(the panels still show the values from before)");
         QTRY_COMPARE(statusMessage(), expected);
         const QStringList lines = capture.finishLines();
 
@@ -138,6 +141,76 @@ private slots:
         QCOMPARE(harness.state()->record(0)->message_type_menu_string(), QStringLiteral("选择消息类型"));
     }
 
+    void importWithoutEmptyLinesSaysNothingWasDropped()
+    {
+        const QString path = dir.filePath(QStringLiteral("three.txt"));
+        write_test_file(path, "Note On\n1\n60\n\n\n");
+        importFile(QStringLiteral("three.txt"));
+        QTRY_COMPARE(statusMessage(),
+                     QStringLiteral("已从 ") + path + QStringLiteral(" 读取3个槽位(3 slots read from ") + path +
+                         QStringLiteral(")\n面板仍显示导入前的值(the panels still show the values from before)"));
+    }
+
+    void importOffersToShowTheImportedValues()
+    {
+        write_test_file(dir.filePath(QStringLiteral("six.txt")), "Note On\n1\n60\n\nBend Change\n16\n0\n");
+        QVERIFY(!offer()->isVisible());
+        importFile(QStringLiteral("six.txt"));
+        QTRY_VERIFY(offer()->isVisible());
+        QCOMPARE(harness.item(QStringLiteral("importOfferText"))->property("text").toString(),
+                 QStringLiteral("关闭窗口会保存面板显示的值, 导入的值将丢失"
+                                "(closing keeps what the panels show; the imported values are lost)"));
+        QVERIFY(harness.item(QStringLiteral("importOfferSymbol"))->isVisible());
+        QQuickItem* button = showButton();
+        QCOMPARE(button->property("text").toString(), QStringLiteral("显示导入的值(Show imported values)"));
+        QCOMPARE(accessibleName(button), QStringLiteral("显示导入的值(Show imported values)"));
+        QVERIFY(button->property("activeFocusOnTab").toBool());
+        QVERIFY(harness.item(QStringLiteral("focusRing"), button));
+        // The panels keep the values from before until the user asks.
+        QCOMPARE(harness.state()->record(0)->message_type_menu_string(), QStringLiteral("选择消息类型"));
+
+        // Reached with Tab from the text area's frame, pressed with Space.
+        harness.item(QStringLiteral("textAreaFrame"))->forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(harness.window(), Qt::Key_Tab);
+        QTRY_VERIFY(button->hasActiveFocus());
+        ConsoleCapture capture;
+        QTest::keyClick(harness.window(), Qt::Key_Space);
+        QCOMPARE(capture.finish(), std::string());
+
+        CreateSetupAreaViewData* first = harness.state()->record(0);
+        QCOMPARE(first->message_type_menu_string(), QStringLiteral("Note On"));
+        QCOMPARE(first->message_channel_menu_string(), QStringLiteral("1"));
+        QCOMPARE(first->message_controller_number_code_string(), QStringLiteral("60"));
+        // The empty line was dropped: knob 1 took the slots after it.
+        CreateSetupAreaViewData* second = harness.state()->record(1);
+        QCOMPARE(second->message_type_menu_string(), QStringLiteral("Bend Change"));
+        QCOMPARE(second->message_channel_menu_string(), QStringLiteral("16"));
+        QCOMPARE(second->message_controller_number_code_string(), QStringLiteral("0"));
+        QTRY_VERIFY(!offer()->isVisible());
+        QCOMPARE(statusMessage(), QStringLiteral("面板已显示导入的值(the panels show the imported values)"));
+        QCOMPARE(harness.state()->fullText(), QStringLiteral("导入文件:\n导入配置文件"));
+    }
+
+    void offerStandsUntilTheNextImport()
+    {
+        write_test_file(dir.filePath(QStringLiteral("a.txt")), "Note On\n1\n60\n");
+        write_test_file(dir.filePath(QStringLiteral("b.txt")), "Note Off\n2\n61\n");
+        importFile(QStringLiteral("a.txt"));
+        QTRY_VERIFY(offer()->isVisible());
+        // A cancelled import changes nothing: the offer stands.
+        harness.click(harness.item(QStringLiteral("importButton")));
+        QVERIFY(harness.cancelFileDialog(harness.openDialog()));
+        QVERIFY(offer()->isVisible());
+        // The next import refreshes the panels from the table first (they now
+        // show the first file) and offers the second file's values.
+        bool withdrawn = false;
+        ImportOffer* state = WindowStatus::of(*harness.state())->importOffer();
+        connect(state, &ImportOffer::offeredChanged, this, [&] { withdrawn = withdrawn || !state->offered(); });
+        importFile(QStringLiteral("b.txt"));
+        QTRY_VERIFY(withdrawn && offer()->isVisible());
+        QCOMPARE(harness.state()->record(0)->message_type_menu_string(), QStringLiteral("Note On"));
+    }
+
     void unreadableFileIsNamed()
     {
         ConsoleCapture capture;
@@ -151,6 +224,21 @@ private slots:
     }
 
 private:
+    void importFile(const QString& name)
+    {
+        harness.click(harness.item(QStringLiteral("importButton")));
+        QVERIFY(harness.acceptFileDialog(harness.openDialog(), dir.path(), name));
+    }
+    QQuickItem* offer() const { return harness.item(QStringLiteral("importOffer")); }
+    QQuickItem* showButton() const { return harness.item(QStringLiteral("showImportedButton")); }
+    static QString accessibleName(QQuickItem* item)
+    {
+        for (QObject* child : item->children()) {
+            if (qstrcmp(child->metaObject()->className(), "QQuickAccessibleAttached") == 0)
+                return child->property("name").toString();
+        }
+        return QString();
+    }
     QObject* dialogFlow() const { return harness.window()->findChild<FileDialogFlow*>(); }
     QString statusMessage() const { return harness.item(QStringLiteral("statusMessage"))->property("text").toString(); }
 

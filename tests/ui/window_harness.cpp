@@ -233,7 +233,7 @@ bool WindowHarness::acceptFileDialog(QObject* dialog, const QString& folder, con
             return false;
         click(entry);
     }
-    QQuickItem* button = dialogButton(saving ? QStringLiteral("保存(Save)") : QStringLiteral("Open"));
+    QQuickItem* button = dialogButton(saving ? QStringLiteral("保存(Save)") : QStringLiteral("打开(Open)"));
     if (!button || !button->isEnabled())
         return false;
     click(button);
@@ -244,7 +244,7 @@ bool WindowHarness::cancelFileDialog(QObject* dialog)
 {
     if (!QTest::qWaitFor([dialog] { return dialog->property("visible").toBool(); }))
         return false;
-    QQuickItem* button = dialogButton(QStringLiteral("Cancel"));
+    QQuickItem* button = dialogButton(QStringLiteral("取消(Cancel)"));
     if (!button)
         return false;
     click(button);

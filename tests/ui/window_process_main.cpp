@@ -11,8 +11,15 @@
 //   offer                              answers "offer: shown" or "offer: hidden"
 //   press OBJECTNAME                   gives the button the focus and presses Space
 //   journal                            writes the journal now; answers its path
+//   session                            a long session: Tab around the window with keys typed,
+//                                      resized from its minimum to 1920x1080 and back, the
+//                                      accessibility tree walked, set all, both dialogs opened
+//                                      and cancelled, status changes left to be announced;
+//                                      answers "session done"
+//   close                              closes the window as the user does; answers "closing"
 // "ready" comes once the start-up hook has run.
 // Usage: ui_window_process
+#include <QAccessible>
 #include <QSocketNotifier>
 
 #include <cstdio>
@@ -21,6 +28,7 @@
 #include "midi/host_selection.h"
 #include "midi/sim/sim_midi_host.h"
 #include "model/table_sync.h"
+#include "ui/press/set_all_run.h"
 #include "ui/shell/orderly_end.h"
 #include "ui/status/window_status.h"
 #include "window_harness.h"
@@ -44,6 +52,50 @@ QString panel_text(WindowHarness& harness, int knob)
         .arg(harness.item(QStringLiteral("typeMenu"), panel)->property("displayText").toString(),
              harness.item(QStringLiteral("channelField"), panel)->property("text").toString(),
              harness.item(QStringLiteral("controllerField"), panel)->property("text").toString());
+}
+
+// Every object a screen reader can reach, asked what a reader asks.
+int walk(QAccessibleInterface* iface)
+{
+    if (!iface || !iface->isValid())
+        return 0;
+    int seen = 1;
+    (void)iface->text(QAccessible::Name);
+    (void)iface->text(QAccessible::Description);
+    (void)iface->state();
+    (void)iface->rect();
+    for (int i = 0; i < iface->childCount(); ++i)
+        seen += walk(iface->child(i));
+    return seen;
+}
+
+void long_session(WindowHarness& harness)
+{
+    QQuickWindow* window = harness.window();
+    const QSize start = window->size();
+    for (const QSize size :
+         {QSize(window->minimumWidth(), window->minimumHeight()), QSize(1920, 1080), QSize(800, 600), start}) {
+        window->resize(size);
+        (void)QTest::qWaitFor([&] { return window->size() == size; });
+    }
+    for (int i = 0; i < 150; ++i) {
+        QTest::keyClick(window, Qt::Key_Tab);
+        const QQuickItem* focused = window->activeFocusItem();
+        if (focused && focused->objectName() == QLatin1String("typeMenu") && i % 4 == 0)
+            QTest::keyClick(window, Qt::Key_Down);
+        else if (focused && focused->objectName() == QLatin1String("controllerField") && i % 3 == 0)
+            QTest::keyClick(window, Qt::Key_7);
+    }
+    walk(QAccessible::queryAccessibleInterface(window));
+    SetAllRun* run = WindowStatus::of(*harness.state())->setAll();
+    harness.click(harness.item(QStringLiteral("setAllButton")));
+    (void)QTest::qWaitFor([run] { return !run->running(); }, 10000);
+    harness.click(harness.item(QStringLiteral("importButton")));
+    harness.cancelFileDialog(harness.openDialog());
+    harness.click(harness.item(QStringLiteral("exportButton")));
+    harness.cancelFileDialog(harness.saveDialog());
+    WindowStatus::of(*harness.state())->setMessage(QStringLiteral("a"));
+    WindowStatus::of(*harness.state())->setWarningMessage(QStringLiteral("b"));
 }
 
 void run_command(WindowHarness& harness, const QString& line)
@@ -82,6 +134,12 @@ void run_command(WindowHarness& harness, const QString& line)
         TableSync* sync = TableSync::of(*harness.state());
         sync->writeJournalNow();
         answer(QStringLiteral("journal: ") + sync->journalPath());
+    } else if (command == QLatin1String("session")) {
+        long_session(harness);
+        answer(QStringLiteral("session done"));
+    } else if (command == QLatin1String("close")) {
+        answer(QStringLiteral("closing"));
+        harness.close();
     } else {
         answer(QStringLiteral("unknown command ") + line);
     }

@@ -24,6 +24,23 @@ class WindowProcessesTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void longSessionsEndCleanlyWhenClosed()
+    {
+        // A window closed after a long session once ended with a crash
+        // after storing the table; each of these must end normally.
+        ProcessHome home;
+        for (int round = 0; round < 4; ++round) {
+            WindowProcess window(home);
+            QVERIFY(window.ready());
+            QCOMPARE(window.ask(QStringLiteral("session")), QStringLiteral("session done"));
+            QCOMPARE(window.ask(QStringLiteral("close")), QStringLiteral("closing"));
+            QVERIFY(window.finish());
+            QCOMPARE(window.process().exitStatus(), QProcess::NormalExit);
+            QCOMPARE(window.process().exitCode(), 0);
+            QCOMPARE(home.stateFiles(), QStringList());
+        }
+    }
+
     void aSignalEndsTheWindowLikeAClose_data()
     {
         QTest::addColumn<int>("signalNumber");

@@ -121,8 +121,19 @@ void SimMidiHost::rename(int id, const std::string& name)
 void SimMidiHost::set_send_status(int destination_id, int status)
 {
     std::lock_guard lock(mutex_);
-    if (auto it = objects_.find(destination_id); it != objects_.end())
+    if (auto it = objects_.find(destination_id); it != objects_.end()) {
         it->second.send_status = status;
+        it->second.sends_before_status = 0;
+    }
+}
+
+void SimMidiHost::set_send_status_after(int destination_id, int accepted, int status)
+{
+    std::lock_guard lock(mutex_);
+    if (auto it = objects_.find(destination_id); it != objects_.end()) {
+        it->second.send_status = status;
+        it->second.sends_before_status = accepted;
+    }
 }
 
 void SimMidiHost::set_available(bool available)
@@ -421,10 +432,12 @@ MidiStatus SimMidiHost::port_disconnect_source(MidiObjectRef port, MidiObjectRef
 MidiStatus SimMidiHost::send(MidiObjectRef port, MidiObjectRef destination, const uint8_t* bytes, size_t length)
 {
     std::lock_guard lock(mutex_);
-    const Object* d = find(destination, Kind::destination);
+    Object* d = find(destination, Kind::destination);
     if (!find(port, Kind::output_port) || !d)
         return not_found;
-    if (d->send_status != 0)
+    if (d->sends_before_status > 0)
+        --d->sends_before_status;
+    else if (d->send_status != 0)
         return d->send_status;
     sent_.push_back(Packet{d->name, std::vector<uint8_t>(bytes, bytes + length), std::chrono::steady_clock::now()});
     return 0;

@@ -36,6 +36,9 @@ public:
     void rename(int id, const std::string& name);
     // What sending to the destination returns (0 = delivered).
     void set_send_status(int destination_id, int status);
+    // The next `accepted` sends to the destination are delivered, every later
+    // one returns `status`: a port that gives out halfway through a press.
+    void set_send_status_after(int destination_id, int accepted, int status);
     // false: the service cannot be opened.
     void set_available(bool available);
 
@@ -86,7 +89,8 @@ private:
         bool offline = false;
         bool name_absent = false;
         int send_status = 0;
-        int owner = 0;  // a port's client
+        int sends_before_status = 0;  // delivered before send_status applies
+        int owner = 0;                // a port's client
         MidiReadProc proc = nullptr;
         void* proc_ref = nullptr;
         std::map<int, void*> connections;  // sources connected to an input port, with their references

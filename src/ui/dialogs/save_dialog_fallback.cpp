@@ -26,10 +26,30 @@ void SaveDialogFallback::setDialog(QObject* dialog)
     emit dialogChanged();
 }
 
+const QString SaveDialogFallback::file_name_label = QStringLiteral("文件名(File name)");
+
+QUrl SaveDialogFallback::fileToSave(const QUrl& reported) const
+{
+    const QUrl file = chosen_file_url(reported);
+    if (!file.isLocalFile())
+        return file;
+    const QString path = file.toLocalFile();
+    if (path.isEmpty() || path.endsWith(u'/') || !QFileInfo(path).suffix().isEmpty())
+        return file;
+    return QUrl::fromLocalFile(path + QStringLiteral(".txt"));
+}
+
 void SaveDialogFallback::dialogVisibilityChanged()
 {
-    if (!dialog_ || !dialog_->property("visible").toBool() || impl_)
+    if (!dialog_ || !dialog_->property("visible").toBool())
         return;
+    if (impl_) {
+        if (keepName_)
+            keepName_ = false;
+        else
+            QMetaObject::invokeMethod(this, &SaveDialogFallback::startAfresh, Qt::QueuedConnection);
+        return;
+    }
     // Qt's own dialog puts itself into the window's overlay once shown.
     QMetaObject::invokeMethod(this, &SaveDialogFallback::findOwnDialog, Qt::QueuedConnection);
 }
@@ -65,6 +85,12 @@ void SaveDialogFallback::findOwnDialog()
         impl_ = impl;
         nameField_ = field;
         connect(nameField_, SIGNAL(textEdited()), this, SLOT(nameTyped()));
+        // Queued: the dialog's own handling of Enter (which takes the name
+        // as typed) comes first, and the name with its extension after it.
+        connect(nameField_, SIGNAL(accepted()), this, SLOT(nameEntered()), Qt::QueuedConnection);
+        if (QObject* label = context->objectForName(QStringLiteral("fileNameLabel")))
+            label->setProperty("text", file_name_label);
+        startAfresh();
         emit activeChanged();
         return;
     }
@@ -73,6 +99,24 @@ void SaveDialogFallback::findOwnDialog()
 #else
 void SaveDialogFallback::findOwnDialog() {}
 #endif
+
+void SaveDialogFallback::startAfresh()
+{
+    // Qt's own dialog keeps the last name; typing would add to it.
+    if (!impl_ || !nameField_)
+        return;
+    nameField_->setProperty("text", QString());
+    impl_->setProperty("selectedFile", QUrl());
+}
+
+void SaveDialogFallback::nameEntered()
+{
+    if (!impl_ || !nameField_ || !impl_->property("visible").toBool() ||
+        nameField_->property("text").toString().isEmpty())
+        return;
+    nameTyped();
+    QMetaObject::invokeMethod(impl_, "accept");
+}
 
 void SaveDialogFallback::nameTyped()
 {

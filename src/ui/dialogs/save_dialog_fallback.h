@@ -9,8 +9,12 @@
 // against; elsewhere it never becomes active and asks nothing.
 //
 // Attach it to the save dialog: it follows the typed name into the dialog's
-// selection as the user types, and tells the window whether a chosen file
-// must be confirmed before it is replaced.
+// selection as the user types, saves on Enter in the name field, starts
+// every showing with an empty name and the window's bilingual label, and
+// tells the window whether a chosen file must be confirmed before it is
+// replaced. For every save dialog, native or not, it adds ".txt" to a chosen
+// name without an extension, so the import's plain-text filter shows the
+// file later.
 #include <QObject>
 #include <QPointer>
 #include <QUrl>
@@ -36,6 +40,15 @@ public:
     // the window asks before replacing it.
     Q_INVOKABLE bool mustConfirmOverwrite(const QUrl& reported) const;
 
+    // The file a save dialog's choice saves to, as a file URL: ".../gig" is
+    // ".../gig.txt"; a name with an extension of its own stays as chosen.
+    Q_INVOKABLE QUrl fileToSave(const QUrl& reported) const;
+    // The dialog comes back after the user declined to replace a file: it
+    // keeps the name typed, this once.
+    Q_INVOKABLE void keepNameOnce() { keepName_ = true; }
+    // The label of the dialog's name field.
+    static const QString file_name_label;
+
 signals:
     void dialogChanged();
     void activeChanged();
@@ -44,11 +57,16 @@ private slots:
     void dialogVisibilityChanged();
     void findOwnDialog();
     void nameTyped();
+    void nameEntered();
 
 private:
+    // Each showing starts with an empty name and nothing chosen.
+    void startAfresh();
+
     QPointer<QObject> dialog_;
     QPointer<QObject> impl_;       // Qt's own dialog, once it was shown
     QPointer<QObject> nameField_;  // its file name field
+    bool keepName_ = false;
 };
 
 }  // namespace dialcraft

@@ -4,6 +4,8 @@
 #include <QQuickWindow>
 #include <QTimer>
 
+#include <algorithm>
+
 #include "model/global_state.h"
 #include "model/ledger_marker_list.h"
 #include "model/slot_mapping.h"
@@ -110,10 +112,14 @@ void SetAllRun::pressNext()
     }
     const SetPressOutcome outcome = press_set_button(*state_.record(plan_[done_]), state_);
     status_.monitor()->programmed(outcome, *state_.record(plan_[done_]), true);
-    if (outcome.succeeded)
-        ++tally_.succeeded;
-    else
+    // A knob that got as far as sending counts by what the service took,
+    // whatever the text area says: short of all five it was not sent.
+    if (outcome.programmed && !all_messages_accepted(outcome))
+        tally_.notSent.append(outcome);
+    else if (!outcome.succeeded)
         tally_.failed.append(outcome);
+    else
+        ++tally_.succeeded;
     accepted_ += outcome.accepted;
     refused_ += outcome.refused;
     for (const QString& name : outcome.destinations) {
@@ -132,9 +138,22 @@ void SetAllRun::finish()
     tally_.notRun = static_cast<int>(plan_.size()) - done_;
     state_.setFullText(set_all_summary(tally_));
     QString message = set_all_sent_text(accepted_, refused_, destinations_);
+    // The run's sum could hide a knob that got nothing through; name them.
+    QList<int> notSent;
+    for (const SetPressOutcome& press : tally_.notSent)
+        notSent.append(press.knob);
+    if (!notSent.isEmpty())
+        message += u'\n' + set_all_not_sent_text(notSent);
     if (status_.monitor()->batchPending())
         message += u'\n' + status_.monitor()->batchText();
-    status_.setMessage(message);
+    // Any knob that was meant to be set and did not get all of its messages
+    // through makes the whole run's line a warning.
+    const bool allThrough = std::all_of(tally_.failed.begin(), tally_.failed.end(),
+                                        [](const SetPressOutcome& press) { return all_messages_accepted(press); });
+    if (notSent.isEmpty() && allThrough)
+        status_.setMessage(message);
+    else
+        status_.setWarningMessage(message);
     running_ = false;
     stopRequested_ = false;
     window_ = nullptr;

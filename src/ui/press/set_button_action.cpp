@@ -31,7 +31,10 @@ void SetButtonAction::press()
         return;
     const SetPressOutcome outcome = press_set_button(*data_, *globalState_);
     WindowStatus* status = WindowStatus::of(*globalState_);
-    status->setMessage(press_status_text(outcome));
+    if (all_messages_accepted(outcome))
+        status->setMessage(press_status_text(outcome));
+    else
+        status->setWarningMessage(press_status_text(outcome));
     status->monitor()->programmed(outcome, *data_, false);
 }
 

@@ -7,6 +7,11 @@
 
 namespace dialcraft {
 
+bool all_messages_accepted(const SetPressOutcome& outcome)
+{
+    return outcome.accepted >= programming_messages && outcome.refused == 0;
+}
+
 QString set_success_text(int knob)
 {
     return QStringLiteral("旋钮") + QString::number(knob) + QStringLiteral("-设置成功!");

@@ -31,6 +31,10 @@ struct SetPressOutcome {
     QString serial;
 };
 
+// Whether the service accepted every message of the programming and refused
+// none. A press that sent fewer is shown as a warning, whatever its text says.
+bool all_messages_accepted(const SetPressOutcome& outcome);
+
 // The text the set action writes when knob `knob` was programmed.
 QString set_success_text(int knob);
 

@@ -24,12 +24,15 @@ RowLayout {
         host: area
     }
 
-    // The empty, flexible column that carries the top bar.
+    // The empty column that carries the top bar; the room a large window
+    // gives goes to the device column instead.
     Item {
-        Layout.fillWidth: true
+        Layout.fillWidth: false
     }
 
     DeviceColumn {
+        Layout.fillWidth: true
+        Layout.fillHeight: true
         globalState: area.globalState
         transfer: dialogs.transfer
     }

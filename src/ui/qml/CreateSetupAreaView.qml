@@ -120,6 +120,14 @@ Control {
             // as unknown; the directive silences that check on this line only.
             currentIndex: Vocabulary.messageTypeMenuItems.indexOf(panel.record.message_type_menu_string) // qmllint disable type
             onActivated: index => panel.record.message_type_menu_string = Vocabulary.messageTypeMenuItems[index]
+            // The placeholder "选择消息类型" is the list's last entry, so Down
+            // on a fresh menu would go nowhere; it goes to the first type.
+            Keys.onDownPressed: event => {
+                if (!typeMenu.popup.visible && typeMenu.currentIndex === typeMenu.count - 1)
+                    typeMenu.activated(0)
+                else
+                    event.accepted = false
+            }
             indicator: MenuArrow {
                 menu: typeMenu
             }
@@ -138,6 +146,10 @@ Control {
                 enabled: panel.usable
                 placeholderText: "MIDI通道"
                 Accessible.name: panel.knobName + " MIDI通道"
+                // The range hint under the field, for those who cannot see it.
+                Accessible.description: "1-16"
+                // Tab into the field selects its number, so typing replaces it.
+                onActiveFocusChanged: if (channelField.activeFocus) channelField.selectAll()
                 text: panel.record.message_channel_menu_string
                 onTextEdited: panel.record.message_channel_menu_string = text
                 onAccepted: setAction.press()
@@ -153,6 +165,10 @@ Control {
                 enabled: panel.usable
                 placeholderText: "控制器号"
                 Accessible.name: panel.knobName + " 控制器号"
+                // The range hint under the field, for those who cannot see it.
+                Accessible.description: "0-127"
+                // Tab into the field selects its number, so typing replaces it.
+                onActiveFocusChanged: if (controllerField.activeFocus) controllerField.selectAll()
                 text: panel.record.message_controller_number_code_string
                 onTextEdited: panel.record.message_controller_number_code_string = text
                 onAccepted: setAction.press()

@@ -63,6 +63,11 @@ ColumnLayout {
         objectName: "textAreaFrame"
         Layout.preferredWidth: 200
         Layout.preferredHeight: 200
+        Layout.minimumWidth: 200
+        Layout.minimumHeight: 200
+        // A large window's room makes the messages' frame larger.
+        Layout.fillWidth: true
+        Layout.fillHeight: true
         // The style's own bars, placed as it places them, with names for
         // screen readers. The text wraps, so only the vertical one shows.
         ScrollBar.vertical: ScrollBar {
@@ -132,6 +137,8 @@ ColumnLayout {
 
     StatusLine {
         Layout.preferredWidth: 200
+        Layout.minimumWidth: 200
+        Layout.fillWidth: true
         globalState: column.globalState
         transfer: column.transfer
     }

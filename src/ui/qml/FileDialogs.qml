@@ -22,6 +22,8 @@ FileDialogFlow {
         FileDialog {
             objectName: "openDialog"
             fileMode: FileDialog.OpenFile
+            acceptLabel: "打开(Open)"
+            rejectLabel: "取消(Cancel)"
             currentFolder: DialogFiles.documentsFolder
             nameFilters: ["Text files (*.txt)"]
             visible: flow.importing
@@ -34,17 +36,20 @@ FileDialogFlow {
             objectName: "saveDialog"
             fileMode: FileDialog.SaveFile
             acceptLabel: "保存(Save)"
+            rejectLabel: "取消(Cancel)"
             currentFolder: DialogFiles.documentsFolder
             nameFilters: ["Text files (*.txt)"]
             visible: flow.exporting
             onVisibleChanged: if (!visible) flow.exporting = false
+            // A name chosen without an extension is saved as a .txt file.
             onAccepted: {
-                if (saveFallback.mustConfirmOverwrite(selectedFile)) {
-                    overwriteQuestion.file = selectedFile
-                    overwriteQuestion.fileName = DialogFiles.shownPath(selectedFile)
+                const file = saveFallback.fileToSave(selectedFile)
+                if (saveFallback.mustConfirmOverwrite(file)) {
+                    overwriteQuestion.file = file
+                    overwriteQuestion.fileName = DialogFiles.shownPath(file)
                     overwriteQuestion.open()
                 } else {
-                    flow.exportCompleted(DialogFiles.chosenFile(selectedFile))
+                    flow.exportCompleted(DialogFiles.chosenFile(file))
                 }
             }
             onRejected: flow.dialogCancelled()
@@ -58,7 +63,10 @@ FileDialogFlow {
             id: overwriteQuestion
             parent: flow.host
             onAccepted: flow.exportCompleted(DialogFiles.chosenFile(overwriteQuestion.file))
-            onRejected: flow.exporting = true
+            onRejected: {
+                saveFallback.keepNameOnce()
+                flow.exporting = true
+            }
         }
     ]
 }

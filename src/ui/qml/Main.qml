@@ -59,6 +59,11 @@ ApplicationWindow {
                     objectName: "knobRows"
                     Layout.fillWidth: true
                     Layout.minimumWidth: 0
+                    // Never wider than the rows' panels: a large window's
+                    // extra room goes to the device column beside them, so
+                    // the column stays next to the grid and its text grows.
+                    Layout.maximumWidth: firstRow.implicitWidth
+                    Layout.alignment: Qt.AlignTop
 
                     KnobRow {
                         id: firstRow
@@ -86,6 +91,12 @@ ApplicationWindow {
 
                 CreateConfigAreaView {
                     id: configArea
+                    Layout.fillWidth: true
+                    Layout.fillHeight: true
+                    // As tall as the window shows at most, so its text area
+                    // grows with a tall window yet the column stays in view.
+                    Layout.maximumHeight: page.height
+                    Layout.alignment: Qt.AlignTop
                     record: mainView.globalState.ConfigAreaData
                     globalState: mainView.globalState
                 }

@@ -27,4 +27,8 @@ ToolButton {
         else
             run.start(button.Window.window)
     }
+
+    FocusRing {
+        shown: button.visualFocus
+    }
 }

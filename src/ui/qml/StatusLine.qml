@@ -12,6 +12,8 @@ ColumnLayout {
     required property GlobalState globalState
     required property ConfigFileTransfer transfer
     readonly property WindowStatus status: StatusBoard.of(globalState)
+    readonly property string warningSymbol: "⚠"
+    readonly property color warningColour: "#8a2a00"
 
     objectName: "statusLine"
     spacing: 2
@@ -119,21 +121,101 @@ ColumnLayout {
         }
     }
 
-    // Room for three lines at all times, so the column does not move as the
-    // messages change.
-    Label {
-        id: message
-        objectName: "statusMessage"
+    // After an import the panels still show the values from before, and
+    // closing would keep those: said as a warning, with the way to show the
+    // imported values now.
+    ColumnLayout {
+        objectName: "importOffer"
         Layout.fillWidth: true
-        Layout.minimumHeight: 3 * metrics.height
-        text: line.status.message
-        wrapMode: Text.Wrap
-        font.pixelSize: 12
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
-        FontMetrics {
-            id: metrics
-            font: message.font
+        visible: line.status.importOffer.offered
+        RowLayout {
+            Layout.fillWidth: true
+            Label {
+                objectName: "importOfferSymbol"
+                Layout.alignment: Qt.AlignTop
+                Accessible.ignored: true
+                text: line.warningSymbol
+                color: line.warningColour
+                font.pixelSize: 16
+            }
+            Label {
+                objectName: "importOfferText"
+                Layout.fillWidth: true
+                text: line.status.importOffer.text
+                color: line.warningColour
+                wrapMode: Text.Wrap
+                font.pixelSize: 12
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+        }
+        Button {
+            id: showImportedButton
+            objectName: "showImportedButton"
+            Layout.fillWidth: true
+            text: line.status.importOffer.buttonText
+            font.pixelSize: 12
+            focusPolicy: Qt.StrongFocus
+            activeFocusOnTab: true
+            enabled: !line.status.busy
+            Accessible.name: text
+            PressGlue {
+                button: showImportedButton
+                onActivated: line.status.importOffer.showImported()
+            }
+            FocusRing {
+                shown: showImportedButton.visualFocus
+            }
+        }
+    }
+
+    // Room for three lines at all times, so the column does not move as the
+    // messages change. A warning (a press that did not get all of its
+    // messages through) is drawn in its own colour behind a symbol, so it
+    // does not rest on colour alone, and is told to screen readers.
+    Rectangle {
+        objectName: "statusMessageFrame"
+        Layout.fillWidth: true
+        Layout.preferredHeight: messageRow.implicitHeight + 4
+        color: line.status.warning ? "#fff1d6" : "transparent"
+        border.width: line.status.warning ? 1 : 0
+        border.color: line.warningColour
+        radius: 3
+        RowLayout {
+            id: messageRow
+            anchors.fill: parent
+            anchors.margins: 2
+            Label {
+                objectName: "statusWarningSymbol"
+                Layout.alignment: Qt.AlignTop
+                visible: line.status.warning
+                Accessible.ignored: true
+                text: line.warningSymbol
+                color: line.warningColour
+                font.pixelSize: 16
+            }
+            Label {
+                id: message
+                objectName: "statusMessage"
+                Layout.fillWidth: true
+                Layout.minimumHeight: 3 * metrics.height
+                text: line.status.message
+                color: line.status.warning ? line.warningColour : message.palette.windowText
+                wrapMode: Text.Wrap
+                font.pixelSize: 12
+                Accessible.role: Accessible.StaticText
+                Accessible.name: announcer.announced
+                FontMetrics {
+                    id: metrics
+                    font: message.font
+                }
+                StatusAnnouncer {
+                    id: announcer
+                    objectName: "statusAnnouncer"
+                    target: message
+                    text: line.status.spokenMessage
+                }
+            }
         }
     }
 }

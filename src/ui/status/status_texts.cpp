@@ -68,6 +68,19 @@ QString press_status_text(const SetPressOutcome& outcome)
     return knob + nothing_sent_text(outcome.programmed, outcome.refused);
 }
 
+QString warning_spoken_text(const QString& text)
+{
+    return QStringLiteral("警告(Warning): ") + text;
+}
+
+QString set_all_not_sent_text(const QList<int>& knobs)
+{
+    const QString list = knob_list_text(knobs);
+    return QStringLiteral("未发送(not sent): 旋钮 ") + list + QStringLiteral(" 的消息未全部送达(") +
+           (knobs.size() == 1 ? QStringLiteral("knob ") : QStringLiteral("knobs ")) + list +
+           QStringLiteral(": not all messages accepted)");
+}
+
 QString set_all_sent_text(int accepted, int refused, const QStringList& destinations)
 {
     const QString head = QStringLiteral("全部设置(Set All): ");
@@ -88,12 +101,20 @@ QString set_all_summary(const SetAllTally& tally)
     lines.append(tally.stopped ? QStringLiteral("全部设置已停止(Set All stopped)")
                                : QStringLiteral("全部设置完成(Set All done)"));
     lines.append(QStringLiteral("成功(succeeded): ") + QString::number(tally.succeeded));
+    if (!tally.notSent.isEmpty())
+        lines.append(QStringLiteral("未发送(not sent): ") + QString::number(tally.notSent.size()));
     lines.append(QStringLiteral("失败(failed): ") + QString::number(tally.failed.size()));
     lines.append(QStringLiteral("跳过(skipped): ") + QString::number(tally.skipped));
     if (tally.held > 0)
         lines.append(QStringLiteral("已跳过(skipped, already held): ") + QString::number(tally.held));
     if (tally.stopped)
         lines.append(QStringLiteral("未设置(not run): ") + QString::number(tally.notRun));
+    for (const SetPressOutcome& press : tally.notSent) {
+        const QString accepted = QString::number(press.accepted);
+        lines.append(QStringLiteral("旋钮") + QString::number(press.knob) + QStringLiteral(": 未发送(not sent), ") +
+                     accepted + QStringLiteral("/5条消息已送达(") + accepted +
+                     QStringLiteral(" of 5 messages accepted)"));
+    }
     for (const SetPressOutcome& press : tally.failed)
         lines.append(QStringLiteral("旋钮") + QString::number(press.knob) + QStringLiteral(": ") +
                      press.fullText.section(u'\n', 0, 0));
@@ -117,15 +138,27 @@ QString not_saved_text(const QString& reason)
     return QStringLiteral("未能保存(Not saved): ") + reason;
 }
 
-QString read_text(const QUrl& url, qsizetype slotCount)
+QString read_text(const QUrl& url, qsizetype slotCount, qsizetype droppedLines)
 {
     const QString count = QString::number(slotCount);
-    return QStringLiteral("已从 ") + url.toDisplayString(QUrl::PreferLocalFile) + QStringLiteral(" 读取") + count +
-           QStringLiteral("个槽位, 面板下次刷新时显示(") + count +
-           (slotCount == 1 ? QStringLiteral(" slot read; the panels show it")
-                           : QStringLiteral(" slots read; the panels show them")) +
-           QStringLiteral(" from the next refresh on)");
+    const QString path = url.toDisplayString(QUrl::PreferLocalFile);
+    QString text = QStringLiteral("已从 ") + path + QStringLiteral(" 读取") + count + QStringLiteral("个槽位(") +
+                   count + (slotCount == 1 ? QStringLiteral(" slot read from ") : QStringLiteral(" slots read from ")) +
+                   path + u')';
+    if (droppedLines > 0) {
+        const QString dropped = QString::number(droppedLines);
+        text += QStringLiteral("; 丢弃了") + dropped + QStringLiteral("个空行, 其后的旋钮都前移了(") + dropped +
+                (droppedLines == 1 ? QStringLiteral(" empty line dropped") : QStringLiteral(" empty lines dropped")) +
+                QStringLiteral("; every later knob moved up)");
+    }
+    return text + QStringLiteral("\n面板仍显示导入前的值(the panels still show the values from before)");
 }
+
+const QString import_offer_text = QStringLiteral(
+    "关闭窗口会保存面板显示的值, 导入的值将丢失(closing keeps what the panels show; the imported values "
+    "are lost)");
+const QString show_imported_button_text = QStringLiteral("显示导入的值(Show imported values)");
+const QString imported_values_shown_text = QStringLiteral("面板已显示导入的值(the panels show the imported values)");
 
 QString not_read_text(const QString& location)
 {

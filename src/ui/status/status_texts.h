@@ -23,9 +23,13 @@ QString presence_text(const QStringList& serials);
 
 // What one press really did.
 QString press_status_text(const SetPressOutcome& outcome);
+// What a screen reader hears for a warning: "警告(Warning): " and the text.
+QString warning_spoken_text(const QString& text);
 
 // How many messages a whole set-all run got accepted and where.
 QString set_all_sent_text(int accepted, int refused, const QStringList& destinations);
+// The knobs of a set-all run whose messages were not all accepted.
+QString set_all_not_sent_text(const QList<int>& knobs);
 // Progress while the run goes on: `done` of `total` knobs, `knob` the last.
 QString set_all_progress_text(int done, int total, int knob);
 
@@ -36,6 +40,10 @@ struct SetAllTally {
     int held = 0;
     int notRun = 0;  // left when the run was stopped
     bool stopped = false;
+    // Presses that got as far as sending while the service did not accept
+    // all of their messages: never counted as succeeded, whatever the text
+    // area says.
+    QList<SetPressOutcome> notSent;
     // Each failed press with its fullText, in run order.
     QList<SetPressOutcome> failed;
 };
@@ -62,8 +70,14 @@ QString monitor_counts_text(uint64_t received, uint64_t unmatched);
 QString export_gap_warning(const QList<int>& knobs);
 QString saved_text(const QUrl& url);
 QString not_saved_text(const QString& reason);
-// Import: how many slots were read from which file.
-QString read_text(const QUrl& url, qsizetype slotCount);
+// Import: how many slots were read from which file, how many empty lines
+// were dropped (each moved every later slot up), and that the panels still
+// show the values from before.
+QString read_text(const QUrl& url, qsizetype slotCount, qsizetype droppedLines);
+// The offer that stands after an import until it is taken or the next import.
+extern const QString import_offer_text;
+extern const QString show_imported_button_text;
+extern const QString imported_values_shown_text;
 QString not_read_text(const QString& location);
 
 // Another program changed the stored table: taken into the panels (`taken`

@@ -1,7 +1,9 @@
 #include "ui/status/transfer_notes.h"
 
 #include "model/configuration.h"
+#include "model/document_slots.h"
 #include "model/slot_mapping.h"
+#include "ui/status/import_offer.h"
 #include "ui/status/status_texts.h"
 #include "ui/status/window_status.h"
 
@@ -23,8 +25,19 @@ void TransferNotes::setTransfer(ConfigFileTransfer* transfer)
         });
         connect(transfer, &ConfigFileTransfer::fileNotSaved, this,
                 [this](const QString& reason) { say(not_saved_text(reason)); });
-        connect(transfer, &ConfigFileTransfer::fileRead, this,
-                [this](const QUrl& url, qsizetype slotCount) { say(read_text(url, slotCount)); });
+        // A new import refreshes the panels from the table first, so an
+        // earlier import's offer is moot from then on.
+        connect(transfer, &ConfigFileTransfer::fileURLStringChanged, this, [this] {
+            if (state_)
+                WindowStatus::of(*state_)->importOffer()->withdraw();
+        });
+        connect(transfer, &ConfigFileTransfer::fileRead, this, [this](const QUrl& url, qsizetype slotCount) {
+            // The text just applied: its empty lines moved the later slots up.
+            const qsizetype dropped = split_document_slots(transfer_->documentText()).shifting_empty_lines.size();
+            say(read_text(url, slotCount, dropped));
+            if (state_)
+                WindowStatus::of(*state_)->importOffer()->offer();
+        });
         connect(transfer, &ConfigFileTransfer::fileNotRead, this,
                 [this](const QString& location) { say(not_read_text(location)); });
     }

@@ -7,6 +7,7 @@
 #include "model/table_sync.h"
 #include "ui/monitor/knob_monitor.h"
 #include "ui/press/set_all_run.h"
+#include "ui/status/import_offer.h"
 #include "ui/status/status_texts.h"
 
 namespace dialcraft {
@@ -16,7 +17,8 @@ WindowStatus::WindowStatus(GlobalState& state)
       ledgerMarkers_(new LedgerMarkerList(this)),
       monitor_(new KnobMonitor(state, *this, *ledgerMarkers_)),
       tableSync_(TableSync::of(state)),
-      setAll_(new SetAllRun(state, *this))
+      setAll_(new SetAllRun(state, *this)),
+      importOffer_(new ImportOffer(state, *this))
 {
     ledgerMarkers_->setGlobalState(&state);
     QQmlEngine::setObjectOwnership(ledgerMarkers_, QQmlEngine::CppOwnership);
@@ -53,10 +55,29 @@ WindowStatus* WindowStatus::of(GlobalState& state)
 
 void WindowStatus::setMessage(const QString& text)
 {
-    if (message_ == text)
-        return;
-    message_ = text;
-    emit messageChanged();
+    show(text, false);
+}
+
+void WindowStatus::setWarningMessage(const QString& text)
+{
+    show(text, true);
+}
+
+void WindowStatus::show(const QString& text, bool warning)
+{
+    const bool toneChanged = warning_ != warning;
+    warning_ = warning;
+    if (message_ != text || toneChanged) {
+        message_ = text;
+        emit messageChanged();
+    }
+    if (toneChanged)
+        emit warningChanged();
+}
+
+QString WindowStatus::spokenMessage() const
+{
+    return warning_ ? warning_spoken_text(message_) : message_;
 }
 
 bool WindowStatus::busy() const

@@ -8,6 +8,7 @@
 #include <QtQml/qqmlregistration.h>
 
 #include "ui/monitor/knob_monitor.h"
+#include "ui/status/import_offer.h"
 
 namespace dialcraft {
 
@@ -21,6 +22,13 @@ class WindowStatus : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("Each GlobalState has one; reach it with StatusBoard.of(globalState).")
     Q_PROPERTY(QString message READ message NOTIFY messageChanged)
+    // The message is a warning: a press or set-all run that got fewer than
+    // all of its messages accepted. Drawn with colour and a symbol; it holds
+    // until the next message replaces it (the next press at the latest).
+    Q_PROPERTY(bool warning READ warning NOTIFY warningChanged)
+    // What a screen reader is told about the status line: the message, with
+    // a warning's word in front.
+    Q_PROPERTY(QString spokenMessage READ spokenMessage NOTIFY messageChanged)
     Q_PROPERTY(dialcraft::SetAllRun* setAll READ setAll CONSTANT)
     // What the controller chosen in the model menu holds, knob by knob,
     // against the panels: the markers and the status line's sum.
@@ -32,6 +40,8 @@ class WindowStatus : public QObject {
     // the edits of a window that ended uncleanly.
     Q_PROPERTY(dialcraft::TableSync* tableSync READ tableSync CONSTANT)
     Q_PROPERTY(QString restoreOfferText READ restoreOfferText CONSTANT)
+    // After an import: the offer to show the imported values in the panels.
+    Q_PROPERTY(dialcraft::ImportOffer* importOffer READ importOffer CONSTANT)
     // True while a set-all run goes on: the window's other controls are off.
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
 
@@ -41,25 +51,34 @@ public:
 
     QString message() const { return message_; }
     void setMessage(const QString& text);
+    // Shows `text` as a warning.
+    void setWarningMessage(const QString& text);
+    bool warning() const { return warning_; }
+    QString spokenMessage() const;
     SetAllRun* setAll() const { return setAll_; }
     LedgerMarkerList* ledgerMarkers() const { return ledgerMarkers_; }
     KnobMonitor* monitor() const { return monitor_; }
     TableSync* tableSync() const { return tableSync_; }
+    ImportOffer* importOffer() const { return importOffer_; }
     QString restoreOfferText() const;
     bool busy() const;
 
 signals:
     void messageChanged();
+    void warningChanged();
     void busyChanged();
 
 private:
     explicit WindowStatus(GlobalState& state);
+    void show(const QString& text, bool warning);
 
     QString message_;
+    bool warning_ = false;
     LedgerMarkerList* ledgerMarkers_;
     KnobMonitor* monitor_;
     TableSync* tableSync_;
     SetAllRun* setAll_;
+    ImportOffer* importOffer_;
 };
 
 // QML's way to the status of a state: StatusBoard.of(globalState).
