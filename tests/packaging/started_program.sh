@@ -16,11 +16,14 @@ start_program() {
   rm -rf "$workdir"
   mkdir -p "$workdir/home/.config" "$workdir/home/.local/share" "$workdir/home/.cache"
   mkdir -m 700 "$workdir/runtime"
+  # A clean environment, but for the sanitizers' settings of an instrumented build.
   (cd "$workdir" && exec env -i \
       PATH=/usr/local/bin:/usr/bin:/bin LANG=C.UTF-8 \
       HOME="$workdir/home" XDG_CONFIG_HOME="$workdir/home/.config" \
       XDG_DATA_HOME="$workdir/home/.local/share" XDG_CACHE_HOME="$workdir/home/.cache" \
       XDG_RUNTIME_DIR="$workdir/runtime" \
+      ${ASAN_OPTIONS:+ASAN_OPTIONS="$ASAN_OPTIONS"} ${UBSAN_OPTIONS:+UBSAN_OPTIONS="$UBSAN_OPTIONS"} \
+      ${LSAN_OPTIONS:+LSAN_OPTIONS="$LSAN_OPTIONS"} \
       "$@" "$program" >"$workdir/stdout" 2>"$workdir/stderr") &
   PROGRAM_PID=$!
 }
