@@ -35,7 +35,7 @@ private slots:
         QVERIFY(toolBar()->mapToScene({0, toolBar()->height()}).y() <=
                 harness.item(QStringLiteral("knobRow0"))->mapToScene({0, 0}).y());
         for (QObject* dialog : {harness.openDialog(), harness.saveDialog()})
-            QCOMPARE(dialog->property("nameFilters").toStringList(), QStringList{QStringLiteral("Text files (*.txt)")});
+            QCOMPARE(dialog->property("nameFilters").toStringList(), QStringList{QStringLiteral("文本文件（Text files） (*.txt)")});
     }
 
     void exportWritesTheTableAsLines()

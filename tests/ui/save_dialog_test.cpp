@@ -72,7 +72,7 @@ private slots:
         QCOMPARE(harness.saveDialog()->property("fileMode").toInt(), 2);      // FileDialog.SaveFile
         QVERIFY(!(harness.saveDialog()->property("options").toInt() & 0x4));  // DontConfirmOverwrite not set
         QCOMPARE(harness.saveDialog()->property("nameFilters").toStringList(),
-                 QStringList{QStringLiteral("Text files (*.txt)")});
+                 QStringList{QStringLiteral("文本文件（Text files） (*.txt)")});
         QTRY_VERIFY(fallback()->property("active").toBool());  // Qt's own dialog here
 
         QQuickItem* save = acceptButton();
@@ -210,6 +210,7 @@ private slots:
         QTRY_VERIFY(harness.openDialog()->property("visible").toBool());
         QTRY_VERIFY(visibleButton(QStringLiteral("打开(Open)")));
         QVERIFY(visibleButton(QStringLiteral("取消(Cancel)")));
+        QVERIFY(visibleText(QStringLiteral("筛选(Filter)")));
         QVERIFY(harness.cancelFileDialog(harness.openDialog()));
 
         harness.click(harness.item(QStringLiteral("exportButton")));
@@ -217,16 +218,21 @@ private slots:
         QTRY_VERIFY(fallback()->property("active").toBool());
         QVERIFY(visibleButton(QStringLiteral("保存(Save)")));
         QVERIFY(visibleButton(QStringLiteral("取消(Cancel)")));
-        bool labelled = false;
-        for (QQuickItem* item : harness.items(QString())) {
-            if (item->isVisible() && item->property("text").toString() == QStringLiteral("文件名(File name)"))
-                labelled = true;
-        }
-        QVERIFY(labelled);
+        QVERIFY(visibleText(QStringLiteral("文件名(File name)")));
+        QVERIFY(visibleText(QStringLiteral("筛选(Filter)")));
+        QVERIFY(!visibleText(QStringLiteral("Filter")));
         QVERIFY(harness.cancelFileDialog(harness.saveDialog()));
     }
 
 private:
+    bool visibleText(const QString& text) const
+    {
+        for (QQuickItem* item : harness.items(QString())) {
+            if (item->isVisible() && item->property("text").toString() == text)
+                return true;
+        }
+        return false;
+    }
     QQuickItem* visibleButton(const QString& text) const
     {
         for (QQuickItem* item : harness.items(QString())) {

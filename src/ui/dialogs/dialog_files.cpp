@@ -1,5 +1,7 @@
 #include "ui/dialogs/dialog_files.h"
 
+#include "ui/dialogs/dialog_words.h"
+
 #include <QDir>
 #include <QStandardPaths>
 
@@ -26,5 +28,10 @@ QUrl documents_folder_url()
 }
 
 DialogFiles::DialogFiles(QObject* parent) : QObject(parent) {}
+
+QString DialogFiles::textFilesFilter() const
+{
+    return DialogWords::text_files_filter;
+}
 
 }  // namespace dialcraft

@@ -21,6 +21,8 @@ class DialogFiles : public QObject {
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(QUrl documentsFolder READ documentsFolder CONSTANT)
+    // The one entry of both dialogs' filter menu, in the window's words.
+    Q_PROPERTY(QString textFilesFilter READ textFilesFilter CONSTANT)
 
 public:
     explicit DialogFiles(QObject* parent = nullptr);
@@ -29,6 +31,7 @@ public:
     // The chosen file as a path to show the user.
     Q_INVOKABLE QString shownPath(const QUrl& reported) const { return chosen_file_url(reported).toLocalFile(); }
     QUrl documentsFolder() const { return documents_folder_url(); }
+    QString textFilesFilter() const;
 };
 
 }  // namespace dialcraft

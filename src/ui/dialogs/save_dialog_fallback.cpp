@@ -26,8 +26,6 @@ void SaveDialogFallback::setDialog(QObject* dialog)
     emit dialogChanged();
 }
 
-const QString SaveDialogFallback::file_name_label = QStringLiteral("文件名(File name)");
-
 QUrl SaveDialogFallback::fileToSave(const QUrl& reported) const
 {
     const QUrl file = chosen_file_url(reported);
@@ -88,8 +86,6 @@ void SaveDialogFallback::findOwnDialog()
         // Queued: the dialog's own handling of Enter (which takes the name
         // as typed) comes first, and the name with its extension after it.
         connect(nameField_, SIGNAL(accepted()), this, SLOT(nameEntered()), Qt::QueuedConnection);
-        if (QObject* label = context->objectForName(QStringLiteral("fileNameLabel")))
-            label->setProperty("text", file_name_label);
         startAfresh();
         emit activeChanged();
         return;

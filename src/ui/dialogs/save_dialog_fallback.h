@@ -10,7 +10,7 @@
 //
 // Attach it to the save dialog: it follows the typed name into the dialog's
 // selection as the user types, saves on Enter in the name field, starts
-// every showing with an empty name and the window's bilingual label, and
+// every showing with an empty name, and
 // tells the window whether a chosen file must be confirmed before it is
 // replaced. For every save dialog, native or not, it adds ".txt" to a chosen
 // name without an extension, so the import's plain-text filter shows the
@@ -46,8 +46,6 @@ public:
     // The dialog comes back after the user declined to replace a file: it
     // keeps the name typed, this once.
     Q_INVOKABLE void keepNameOnce() { keepName_ = true; }
-    // The label of the dialog's name field.
-    static const QString file_name_label;
 
 signals:
     void dialogChanged();

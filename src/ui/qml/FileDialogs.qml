@@ -25,7 +25,7 @@ FileDialogFlow {
             acceptLabel: "打开(Open)"
             rejectLabel: "取消(Cancel)"
             currentFolder: DialogFiles.documentsFolder
-            nameFilters: ["Text files (*.txt)"]
+            nameFilters: [DialogFiles.textFilesFilter]
             visible: flow.importing
             onVisibleChanged: if (!visible) flow.importing = false
             onAccepted: flow.importCompleted(DialogFiles.chosenFile(selectedFile))
@@ -38,7 +38,7 @@ FileDialogFlow {
             acceptLabel: "保存(Save)"
             rejectLabel: "取消(Cancel)"
             currentFolder: DialogFiles.documentsFolder
-            nameFilters: ["Text files (*.txt)"]
+            nameFilters: [DialogFiles.textFilesFilter]
             visible: flow.exporting
             onVisibleChanged: if (!visible) flow.exporting = false
             // A name chosen without an extension is saved as a .txt file.

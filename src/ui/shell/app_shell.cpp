@@ -1,6 +1,7 @@
 #include "ui/shell/app_shell.h"
 
 #include "ui/access/accessible_enabled_state.h"
+#include "ui/dialogs/dialog_words.h"
 #include "ui/shell/orderly_end.h"
 
 #include <QFont>
@@ -39,6 +40,8 @@ void configure_application(QGuiApplication& app)
 
     // A desktop look on every platform; the set button draws its own face.
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
+    // Qt's own file dialog, where it is used, labels itself in the window's words.
+    install_dialog_words(app);
 
     report_disabled_quick_controls();
 }
