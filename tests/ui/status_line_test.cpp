@@ -17,6 +17,7 @@
 #include "model/print_line.h"
 #include "sim_scene.h"
 #include "ui/access/status_announcer.h"
+#include "ui/status/status_texts.h"
 #include "ui/status/window_status.h"
 #include "window_harness.h"
 
@@ -198,8 +199,15 @@ private slots:
         // A screen reader is told, with the warning's word in front.
         QTRY_COMPARE(accessibleStatusName(), QStringLiteral("警告(Warning): ") + text);
 
-        // The warning stays while nothing else is said.
-        QTest::qWait(50);
+        // What is said before the next press is shown under the warning,
+        // which stays.
+        WindowStatus* status = WindowStatus::of(*harness.state());
+        status->setMessage(table_taken_text({3}, false));
+        QCOMPARE(statusMessage(), text + u'\n' + table_taken_text({3}, false));
+        QVERIFY(status->warning());
+        QVERIFY(warningShown());
+        status->setMessage(table_taken_text({4}, false));
+        QCOMPARE(statusMessage(), text + u'\n' + table_taken_text({4}, false));
         QVERIFY(warningShown());
 
         // The next press that gets everything through ends it.

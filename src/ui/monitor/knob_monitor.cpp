@@ -232,7 +232,7 @@ void KnobMonitor::programmed(const SetPressOutcome& outcome, const CreateSetupAr
     programmed_[{outcome.serial, knob}] = Programmed{record.message_type_menu_string(), now->channel, now->number};
     expire_timer_.start(remaining_ms(*verification_.next_deadline(), Clock::now()));
     if (!batch)
-        status_.setMessage(status_.message() + u'\n' + verify_invite_text(knob));
+        status_.appendMessage(verify_invite_text(knob));
 }
 
 QString KnobMonitor::batchText() const

@@ -54,6 +54,7 @@ void SetAllRun::start(QQuickWindow* window)
     destinations_.clear();
     stopRequested_ = false;
     running_ = true;
+    status_.pressStarted();
     status_.setMessage(set_all_progress_text(0, total(), plan_.isEmpty() ? 0 : plan_.first()));
     emit progressChanged();
     emit runningChanged();
@@ -144,8 +145,6 @@ void SetAllRun::finish()
         notSent.append(press.knob);
     if (!notSent.isEmpty())
         message += u'\n' + set_all_not_sent_text(notSent);
-    if (status_.monitor()->batchPending())
-        message += u'\n' + status_.monitor()->batchText();
     // Any knob that was meant to be set and did not get all of its messages
     // through makes the whole run's line a warning.
     const bool allThrough = std::all_of(tally_.failed.begin(), tally_.failed.end(),
@@ -154,6 +153,10 @@ void SetAllRun::finish()
         status_.setMessage(message);
     else
         status_.setWarningMessage(message);
+    // The verification's count changes as knobs are turned; the warning
+    // above it stays as it is.
+    if (status_.monitor()->batchPending())
+        status_.appendMessage(status_.monitor()->batchText());
     running_ = false;
     stopRequested_ = false;
     window_ = nullptr;

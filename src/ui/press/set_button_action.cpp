@@ -29,8 +29,9 @@ void SetButtonAction::press()
 {
     if (!data_ || !globalState_)
         return;
-    const SetPressOutcome outcome = press_set_button(*data_, *globalState_);
     WindowStatus* status = WindowStatus::of(*globalState_);
+    status->pressStarted();
+    const SetPressOutcome outcome = press_set_button(*data_, *globalState_);
     if (all_messages_accepted(outcome))
         status->setMessage(press_status_text(outcome));
     else

@@ -55,11 +55,20 @@ WindowStatus* WindowStatus::of(GlobalState& state)
 
 void WindowStatus::setMessage(const QString& text)
 {
-    show(text, false);
+    if (heldWarning_.isEmpty())
+        show(text, false);
+    else
+        show(heldWarning_ + u'\n' + text, true);
+}
+
+void WindowStatus::appendMessage(const QString& line)
+{
+    show(message_ + u'\n' + line, warning_);
 }
 
 void WindowStatus::setWarningMessage(const QString& text)
 {
+    heldWarning_ = text;
     show(text, true);
 }
 

@@ -24,7 +24,7 @@ class WindowStatus : public QObject {
     Q_PROPERTY(QString message READ message NOTIFY messageChanged)
     // The message is a warning: a press or set-all run that got fewer than
     // all of its messages accepted. Drawn with colour and a symbol; it holds
-    // until the next message replaces it (the next press at the latest).
+    // until the next press, and what is said meanwhile is shown under it.
     Q_PROPERTY(bool warning READ warning NOTIFY warningChanged)
     // What a screen reader is told about the status line: the message, with
     // a warning's word in front.
@@ -50,9 +50,14 @@ public:
     static WindowStatus* of(GlobalState& state);
 
     QString message() const { return message_; }
+    // Shows `text`, under the warning if one holds.
     void setMessage(const QString& text);
-    // Shows `text` as a warning.
+    // Adds `line` under what the status line shows now.
+    void appendMessage(const QString& line);
+    // Shows `text` as a warning, held until pressStarted().
     void setWarningMessage(const QString& text);
+    // A press or set-all run begins: the last one's warning is over.
+    void pressStarted() { heldWarning_.clear(); }
     bool warning() const { return warning_; }
     QString spokenMessage() const;
     SetAllRun* setAll() const { return setAll_; }
@@ -74,6 +79,7 @@ private:
 
     QString message_;
     bool warning_ = false;
+    QString heldWarning_;
     LedgerMarkerList* ledgerMarkers_;
     KnobMonitor* monitor_;
     TableSync* tableSync_;
