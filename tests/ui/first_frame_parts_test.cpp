@@ -1,6 +1,6 @@
-// What a start makes: the parts of the window its first frame does not show
-// (the file dialogs with their plugin and the overwrite question, the open
-// monitor's list) are not made until first used, and work once they are.
+// What a start makes: the file dialogs, with their plugin and the overwrite
+// question, which the window's first frame does not show, are not made until
+// first used, and work once they are.
 #include <QFile>
 #include <QSignalSpy>
 #include <QTest>
@@ -71,22 +71,6 @@ private slots:
         QVERIFY(harness.saveDialog());
         QTRY_VERIFY(harness.saveDialog()->property("visible").toBool());
         QVERIFY(harness.cancelFileDialog(harness.saveDialog()));
-    }
-
-    void monitorListIsMadeWhenFirstOpened()
-    {
-        waitForAFrame();
-        QVERIFY(!harness.item(QStringLiteral("monitorList")));
-        QVERIFY(!harness.item(QStringLiteral("monitorLatest")));
-        QQuickItem* toggle = harness.item(QStringLiteral("monitorToggle"));
-        harness.click(toggle);
-        QQuickItem* list = harness.item(QStringLiteral("monitorList"));
-        QVERIFY(list);
-        QTRY_VERIFY(list->isVisible() && list->height() > 0);
-        // Closed again, it keeps its list for the next opening.
-        harness.click(toggle);
-        QTRY_VERIFY(!list->isVisible());
-        QCOMPARE(harness.item(QStringLiteral("monitorList")), list);
     }
 
 private:

@@ -2,8 +2,6 @@
 // one line a message, the last 200 kept. Collapsed until opened; the list's
 // height follows its handle (drag it, or Up and Down on it). Pause stops the
 // list, never the counting; Clear empties it.
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
@@ -74,98 +72,85 @@ ColumnLayout {
         }
     }
 
-    // The open pane's parts, made when it is first opened and kept from then
-    // on: a collapsed pane draws none of them, and most sessions never open
-    // it. Hidden, the loader takes no place in the column.
-    Loader {
-        id: body
-        objectName: "monitorBody"
-        Layout.fillWidth: true
+    // The newest line, once a second at most: what a screen reader is told.
+    TextArea {
+        id: latest
+        objectName: "monitorLatest"
         visible: pane.open
-        active: false
-        sourceComponent: ColumnLayout {
-            spacing: pane.spacing
+        Layout.fillWidth: true
+        readOnly: true
+        activeFocusOnTab: false
+        text: pane.monitor.latest
+        font.family: "monospace"
+        font.pixelSize: 12
+        background: null
+        Accessible.name: "最新消息(Latest message)"
+        Accessible.readOnly: true
+        TextChangeAnnouncer {
+            target: latest
+            text: pane.monitor.latest
+        }
+    }
 
-            // The newest line, once a second at most: what a screen reader is told.
-            TextArea {
-                id: latest
-                objectName: "monitorLatest"
-                Layout.fillWidth: true
-                readOnly: true
-                activeFocusOnTab: false
-                text: pane.monitor.latest
-                font.family: "monospace"
-                font.pixelSize: 12
-                background: null
-                Accessible.name: "最新消息(Latest message)"
-                Accessible.readOnly: true
-                TextChangeAnnouncer {
-                    target: latest
-                    text: pane.monitor.latest
-                }
-            }
-
-            ListView {
-                id: list
-                objectName: "monitorList"
-                Layout.fillWidth: true
-                Layout.preferredHeight: pane.listHeight
-                clip: true
-                model: pane.monitor.log
-                activeFocusOnTab: true
-                keyNavigationEnabled: true
-                Accessible.role: Accessible.List
-                Accessible.name: "监视器消息(Monitor messages)"
-                // The newest line stays in view unless the user scrolled up.
-                onCountChanged: if (atYEnd || !moving) positionViewAtEnd()
-                ScrollBar.vertical: ScrollBar {
-                    Accessible.name: "监视器消息(Monitor messages)"
-                }
-                delegate: Label {
-                    required property string line
-                    required property bool matched
-                    width: ListView.view.width
-                    leftPadding: 4
-                    text: line
-                    font.family: "monospace"
-                    font.pixelSize: 12
-                    color: matched ? "black" : "#666666"
-                    Accessible.role: Accessible.ListItem
-                    Accessible.name: line
-                }
-                Rectangle {
-                    anchors.fill: parent
-                    color: "transparent"
-                    border.color: "#999999"
-                    FocusRing {
-                        shown: list.activeFocus
-                    }
-                }
-            }
-
-            // The list's lower edge: drag it, or Up and Down when it has focus.
-            Rectangle {
-                id: handle
-                objectName: "monitorResize"
-                Layout.fillWidth: true
-                Layout.preferredHeight: 8
-                color: handle.activeFocus ? "#7aa7e0" : "#cccccc"
-                activeFocusOnTab: true
-                Accessible.role: Accessible.Separator
-                Accessible.name: "监视器高度(Monitor height): " + pane.listHeight
-                Keys.onUpPressed: pane.listHeight = Math.max(60, pane.listHeight - 20)
-                Keys.onDownPressed: pane.listHeight = Math.min(600, pane.listHeight + 20)
-                DragHandler {
-                    target: null
-                    yAxis.enabled: true
-                    xAxis.enabled: false
-                    property int startHeight: 0
-                    onActiveChanged: if (active) startHeight = pane.listHeight
-                    onTranslationChanged: pane.listHeight = Math.max(60, Math.min(600, startHeight + translation.y))
-                }
+    ListView {
+        id: list
+        objectName: "monitorList"
+        visible: pane.open
+        Layout.fillWidth: true
+        Layout.preferredHeight: pane.listHeight
+        clip: true
+        model: pane.monitor.log
+        activeFocusOnTab: true
+        keyNavigationEnabled: true
+        Accessible.role: Accessible.List
+        Accessible.name: "监视器消息(Monitor messages)"
+        // The newest line stays in view unless the user scrolled up.
+        onCountChanged: if (atYEnd || !moving) positionViewAtEnd()
+        ScrollBar.vertical: ScrollBar {
+            Accessible.name: "监视器消息(Monitor messages)"
+        }
+        delegate: Label {
+            required property string line
+            required property bool matched
+            width: ListView.view.width
+            leftPadding: 4
+            text: line
+            font.family: "monospace"
+            font.pixelSize: 12
+            color: matched ? "black" : "#666666"
+            Accessible.role: Accessible.ListItem
+            Accessible.name: line
+        }
+        Rectangle {
+            anchors.fill: parent
+            color: "transparent"
+            border.color: "#999999"
+            FocusRing {
+                shown: list.activeFocus
             }
         }
     }
 
-    onOpenChanged: if (open) body.active = true
+    // The list's lower edge: drag it, or Up and Down when it has focus.
+    Rectangle {
+        id: handle
+        objectName: "monitorResize"
+        visible: pane.open
+        Layout.fillWidth: true
+        Layout.preferredHeight: 8
+        color: handle.activeFocus ? "#7aa7e0" : "#cccccc"
+        activeFocusOnTab: true
+        Accessible.role: Accessible.Separator
+        Accessible.name: "监视器高度(Monitor height): " + pane.listHeight
+        Keys.onUpPressed: pane.listHeight = Math.max(60, pane.listHeight - 20)
+        Keys.onDownPressed: pane.listHeight = Math.min(600, pane.listHeight + 20)
+        DragHandler {
+            target: null
+            yAxis.enabled: true
+            xAxis.enabled: false
+            property int startHeight: 0
+            onActiveChanged: if (active) startHeight = pane.listHeight
+            onTranslationChanged: pane.listHeight = Math.max(60, Math.min(600, startHeight + translation.y))
+        }
+    }
 }
