@@ -1,7 +1,6 @@
-// The window as `dialcraft` starts it, for the start-up benchmark: prints
-// "first-frame <steady-clock ns> <peak resident KiB>" on standard error once a
-// frame has been drawn after the start-up hook, then ends at once.
-#include <QFile>
+// The window as `dialcraft` starts it, for the start-up benchmark: reports
+// its first frame drawn after the start-up hook (first_frame_report.h), then
+// ends at once.
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
@@ -9,33 +8,13 @@
 #include <QTemporaryDir>
 #include <QtQml/qqmlextensionplugin.h>
 
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
-
+#include "first_frame_report.h"
 #include "ui/shell/app_shell.h"
 #include "ui/shell/content_view.h"
 
 using namespace dialcraft;
 
 Q_IMPORT_QML_PLUGIN(DialcraftPlugin)
-
-namespace {
-
-// Peak resident set size so far, in KiB.
-long peak_resident_kib()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray& line : status.readAll().split('\n')) {
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').first().toLong();
-    }
-    return -1;
-}
-
-}  // namespace
 
 int main(int argc, char** argv)
 {
@@ -49,13 +28,8 @@ int main(int argc, char** argv)
     if (!view)
         return 1;
     QObject::connect(window, &QQuickWindow::frameSwapped, &app, [view] {
-        if (!view->appeared())
-            return;
-        const auto now = std::chrono::steady_clock::now().time_since_epoch();
-        std::fprintf(stderr, "first-frame %lld %ld\n", static_cast<long long>(std::chrono::nanoseconds(now).count()),
-                     peak_resident_kib());
-        std::fflush(stderr);
-        std::_Exit(0);
+        if (view->appeared())
+            bench::report_first_frame_and_end();
     });
     return app.exec();
 }

@@ -1,9 +1,12 @@
-// Time from process start to the window's first frame with the start-up hook
-// done, offscreen, and the peak resident memory at that moment. Each run
-// starts window_first_frame anew: the same start-up as `dialcraft`
-// (application set-up, QML load, start-up hook), which reports when its first
-// frame after the hook has been drawn. The steady clock is the system's
-// monotonic clock, shared by both processes.
+// Start-up of the window against its floor. Each run starts a program anew
+// and takes the time from its start to its first frame, offscreen, and its
+// peak resident memory at that moment (first_frame_report.h):
+// window_first_frame starts up as `dialcraft` does (application set-up, QML
+// load, start-up hook) and reports its first frame after the hook;
+// bare_window shows the same panels in plain Qt Quick Controls. The two run
+// in turn, pair after pair, so that whatever else the machine does weighs on
+// both alike; the first pairs only warm the file cache and are not counted.
+// The steady clock is the system's monotonic clock, shared by all processes.
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
@@ -14,6 +17,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <optional>
+#include <vector>
 
 namespace {
 
@@ -22,13 +26,15 @@ struct Startup {
     long peak_kib;
 };
 
-QString first_frame_program()
+constexpr int warm_up_pairs = 2;
+
+QString program_beside_this_one(const char* name)
 {
     const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe");
-    return QString::fromStdString((self.parent_path() / "window_first_frame").string());
+    return QString::fromStdString((self.parent_path() / name).string());
 }
 
-std::optional<Startup> start_window_once()
+std::optional<Startup> start_once(const QString& program)
 {
     QProcess child;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -37,7 +43,7 @@ std::optional<Startup> start_window_once()
     child.setProcessEnvironment(environment);
     child.setStandardOutputFile(QProcess::nullDevice());
     const long long started = std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count();
-    child.start(first_frame_program(), {});
+    child.start(program, {});
     if (!child.waitForFinished(30000) || child.exitStatus() != QProcess::NormalExit || child.exitCode() != 0)
         return std::nullopt;
     for (const QByteArray& line : child.readAllStandardError().split('\n')) {
@@ -49,31 +55,54 @@ std::optional<Startup> start_window_once()
     return std::nullopt;
 }
 
-void BM_window_first_frame(benchmark::State& state)
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    const size_t n = values.size();
+    return n % 2 ? values[n / 2] : (values[n / 2 - 1] + values[n / 2]) / 2;
+}
+
+// state.range(0) pairs, counted after the warm-up pairs.
+void BM_window_against_bare(benchmark::State& state)
 {
     static int argc = 1;
     static char name[] = "window_startup_bench";
     static char* argv[] = {name, nullptr};
     static QCoreApplication app(argc, argv);  // QProcess wants one
 
-    long peak = 0;
+    const QString window = program_beside_this_one("window_first_frame");
+    const QString bare = program_beside_this_one("bare_window");
+    const int pairs = static_cast<int>(state.range(0));
     for (auto _ : state) {
-        const std::optional<Startup> run = start_window_once();
-        if (!run) {
-            state.SkipWithError("the window did not start");
-            break;
+        std::vector<double> windowMs, bareMs, windowMiB, bareMiB;
+        for (int i = 0; i < warm_up_pairs + pairs; ++i) {
+            const std::optional<Startup> w = start_once(window);
+            const std::optional<Startup> b = start_once(bare);
+            if (!w || !b) {
+                state.SkipWithError(w ? "the bare window did not start" : "the window did not start");
+                return;
+            }
+            if (i < warm_up_pairs)
+                continue;
+            windowMs.push_back(w->seconds * 1e3);
+            bareMs.push_back(b->seconds * 1e3);
+            windowMiB.push_back(static_cast<double>(w->peak_kib) / 1024.0);
+            bareMiB.push_back(static_cast<double>(b->peak_kib) / 1024.0);
         }
-        state.SetIterationTime(run->seconds);
-        peak = std::max(peak, run->peak_kib);
+        const double wallWindow = median(windowMs);
+        const double wallBare = median(bareMs);
+        const double rssWindow = median(windowMiB);
+        const double rssBare = median(bareMiB);
+        state.SetIterationTime(wallWindow / 1e3);
+        state.counters["window_ms"] = wallWindow;
+        state.counters["bare_ms"] = wallBare;
+        state.counters["wall_ratio"] = wallWindow / wallBare;
+        state.counters["window_MiB"] = rssWindow;
+        state.counters["bare_MiB"] = rssBare;
+        state.counters["rss_ratio"] = rssWindow / rssBare;
     }
-    state.counters["peak_rss_MiB"] = static_cast<double>(peak) / 1024.0;
 }
-BENCHMARK(BM_window_first_frame)
-    ->UseManualTime()
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(1)
-    ->Repetitions(9)
-    ->ReportAggregatesOnly(true);
+BENCHMARK(BM_window_against_bare)->Arg(15)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1);
 
 }  // namespace
 

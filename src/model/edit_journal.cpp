@@ -32,6 +32,19 @@ void notice(const QString& line)
     std::fflush(stderr);
 }
 
+// The names of the windows' files in `folder` that end in `suffix`, sorted.
+// Matched by hand rather than by a name filter: a filter is a wildcard
+// pattern, whose regular expression engine the window would otherwise load
+// and compile at start, for this scan alone.
+QStringList window_files(const QDir& folder, const QString& suffix)
+{
+    QStringList names = folder.entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    names.removeIf([&suffix](const QString& name) {
+        return !name.startsWith(QLatin1String("window-")) || !name.endsWith(suffix);
+    });
+    return names;
+}
+
 QString lock_path_of(const QString& journal)
 {
     return journal.left(journal.size() - journal_suffix.size()) + lock_suffix;
@@ -146,8 +159,7 @@ std::vector<OrphanJournal> claim_orphan_journals()
 {
     std::vector<OrphanJournal> found;
     const QDir folder(state_folder());
-    const QStringList names = folder.entryList({QStringLiteral("window-*") + journal_suffix},
-                                               QDir::Files | QDir::Hidden, QDir::Name);
+    const QStringList names = window_files(folder, journal_suffix);
     for (const QString& name : names) {
         const QString path = folder.filePath(name);
         std::shared_ptr<QLockFile> lock = lock_of(lock_path_of(path));
@@ -199,8 +211,7 @@ QString dismiss_orphan(OrphanJournal& orphan)
 bool window_is_open()
 {
     const QDir folder(state_folder());
-    const QStringList names = folder.entryList({QStringLiteral("window-*") + lock_suffix}, QDir::Files | QDir::Hidden,
-                                               QDir::Name);
+    const QStringList names = window_files(folder, lock_suffix);
     for (const QString& name : names) {
         const std::unique_ptr<QLockFile> lock = lock_of(folder.filePath(name));
         if (lock->tryLock(0))

@@ -34,6 +34,7 @@ private slots:
         // The bar is the window's top bar, above the knob rows.
         QVERIFY(toolBar()->mapToScene({0, toolBar()->height()}).y() <=
                 harness.item(QStringLiteral("knobRow0"))->mapToScene({0, 0}).y());
+        harness.makeFileDialogs();
         for (QObject* dialog : {harness.openDialog(), harness.saveDialog()})
             QCOMPARE(dialog->property("nameFilters").toStringList(), QStringList{QStringLiteral("文本文件（Text files） (*.txt)")});
     }

@@ -239,7 +239,11 @@ private:
         }
         return QString();
     }
-    QObject* dialogFlow() const { return harness.window()->findChild<FileDialogFlow*>(); }
+    QObject* dialogFlow()
+    {
+        harness.makeFileDialogs();
+        return harness.window()->findChild<FileDialogFlow*>();
+    }
     QString statusMessage() const { return harness.item(QStringLiteral("statusMessage"))->property("text").toString(); }
 
     SimMidiHost sim;

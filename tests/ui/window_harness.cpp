@@ -290,6 +290,11 @@ void configure_knob(GlobalState& state, int record, const char* type, const char
     knob->set_message_controller_number_code_string(QString::fromUtf8(controller));
 }
 
+void WindowHarness::makeFileDialogs()
+{
+    QMetaObject::invokeMethod(window_->findChild<QObject*>(QStringLiteral("fileDialogsOnDemand")), "make");
+}
+
 QObject* WindowHarness::openDialog() const
 {
     return window_->findChild<QObject*>(QStringLiteral("openDialog"));

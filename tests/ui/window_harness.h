@@ -74,6 +74,9 @@ public:
     bool acceptFileDialog(QObject* dialog, const QString& folder, const QString& fileName);
     // Presses the open file dialog's Cancel button.
     bool cancelFileDialog(QObject* dialog);
+    // Makes the file dialogs, which the window makes at the first press of
+    // import or export, for a test that drives their workflow directly.
+    void makeFileDialogs();
     // The import's open dialog and the export's save dialog.
     QObject* openDialog() const;
     QObject* saveDialog() const;

@@ -1,6 +1,7 @@
 // The device and file panel: the two children it gives the window's root row
 // (an empty, flexible column, then the device column), the window's top bar
-// with the import and export buttons, and the file dialogs those raise.
+// with the import and export buttons, and the file dialogs those raise, made
+// on the first press.
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
@@ -18,7 +19,7 @@ RowLayout {
         dialogs: dialogs
     }
 
-    FileDialogs {
+    FileDialogsOnDemand {
         id: dialogs
         globalState: area.globalState
         host: area
@@ -34,6 +35,7 @@ RowLayout {
         Layout.fillWidth: true
         Layout.fillHeight: true
         globalState: area.globalState
-        transfer: dialogs.transfer
+        // Nothing to report before the first import or export.
+        transfer: dialogs.flow ? dialogs.flow.transfer : null
     }
 }

@@ -9,7 +9,7 @@ ToolBar {
     id: bar
 
     required property GlobalState globalState
-    required property FileDialogFlow dialogs
+    required property FileDialogsOnDemand dialogs
     // A set-all run is going on: the other buttons are off.
     readonly property bool busy: StatusBoard.of(globalState).busy
 
