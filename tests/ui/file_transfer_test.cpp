@@ -36,7 +36,8 @@ private slots:
                 harness.item(QStringLiteral("knobRow0"))->mapToScene({0, 0}).y());
         harness.makeFileDialogs();
         for (QObject* dialog : {harness.openDialog(), harness.saveDialog()})
-            QCOMPARE(dialog->property("nameFilters").toStringList(), QStringList{QStringLiteral("文本文件（Text files） (*.txt)")});
+            QCOMPARE(dialog->property("nameFilters").toStringList(),
+                     QStringList{QStringLiteral("文本文件（Text files） (*.txt)")});
     }
 
     void exportWritesTheTableAsLines()
