@@ -208,6 +208,20 @@ def press(node):
     return False
 
 
+def press_when_there(app, matches, seconds=10):
+    """Presses the first object whose name and role `matches`, once it is there and takes the press."""
+    def attempt():
+        for node in tree(app):
+            try:
+                if matches(node.get_name() or "", node.get_role()) and press(node):
+                    return True
+            except GLib.Error:
+                continue
+        return False
+
+    return wait_for(attempt, seconds)
+
+
 def round_of_use(app, x11, window, number, done):
     nodes = tree(app)
     # Fields: a screen reader's user types new values through the text interface.
@@ -227,29 +241,21 @@ def round_of_use(app, x11, window, number, done):
     tree(app)
     # A few set buttons, then set all, which runs to its end.
     for knob in (0, 5, 13):
-        button = named(tree(app), f"{knob}号旋钮 设置", R.PUSH_BUTTON)
-        if button is not None and press(button):
+        if press_when_there(app, lambda name, role, k=knob: name == f"{k}号旋钮 设置" and role == R.PUSH_BUTTON):
             done["set buttons"] += 1
-    set_all = next((n for n in tree(app) if (n.get_name() or "").startswith("全部设置(Set All)")
-                    and n.get_role() == R.PUSH_BUTTON), None)
-    if set_all is not None and press(set_all):
+    if press_when_there(app, lambda name, role: name.startswith("全部设置(Set All)") and role == R.PUSH_BUTTON):
         done["set all"] += 1
         wait_for(lambda: named(tree(app), "全部设置(Set All)", R.PUSH_BUTTON) is not None, 30)
     # Both file dialogs, opened and cancelled.
     for opener in ("导入配置(Import Config)", "导出配置(Export Config)"):
-        button = named(tree(app), opener, R.PUSH_BUTTON)
-        if button is not None and press(button):
-            cancel = []
-            wait_for(lambda: cancel.append(named(tree(app), "取消(Cancel)", R.PUSH_BUTTON)) or cancel[-1], 10)
-            if cancel and cancel[-1] is not None and press(cancel[-1]):
+        if press_when_there(app, lambda name, role, o=opener: name == o and role == R.PUSH_BUTTON):
+            if press_when_there(app, lambda name, role: name == "取消(Cancel)" and role == R.PUSH_BUTTON):
                 done["dialogs"] += 1
             wait_for(lambda: named(tree(app), "取消(Cancel)", R.PUSH_BUTTON) is None, 10)
-    # The monitor, opened and closed.
-    for _ in range(2):
-        toggle = next((n for n in tree(app) if (n.get_name() or "").startswith("监视器(Monitor)")), None)
-        if toggle is not None and press(toggle):
+    # The monitor, opened and closed: each press waits for the last one's state.
+    for now in ("已收起(collapsed)", "已展开(expanded)"):
+        if press_when_there(app, lambda name, role, n=now: name == "监视器(Monitor) " + n):
             done["monitor"] += 1
-            tree(app)
     # Resized large and back, the tree read after each.
     for width, height in ((1900, 1000), (1000, 700), (1400, 850)):
         x11.resize(window, width, height)
