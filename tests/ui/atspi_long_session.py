@@ -10,6 +10,9 @@ opens and closes the monitor, and resizes the window, walking the tree again
 after each step, as a screen reader does when the window changes. Then it asks
 the window to close through the window manager's protocol (WM_DELETE_WINDOW)
 and waits for the process to end; the caller checks how it ended.
+Each run of the window (DIALCRAFT_SESSION_RUN, from 1) is closed in another
+state: at rest, with the save dialog open, while set all runs, with a type
+menu's list open.
 Usage: atspi_long_session.py ROUNDS
 """
 import ctypes
@@ -28,6 +31,7 @@ warnings.filterwarnings("ignore", category=DeprecationWarning)
 
 R = Atspi.Role
 TAB = 0xFF09  # XK_Tab
+SPACE = 0x0020  # XK_space
 
 
 class X11:
@@ -57,6 +61,7 @@ class X11:
         lib.XResizeWindow.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_uint, ctypes.c_uint]
         lib.XSendEvent.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int, ctypes.c_long, ctypes.c_void_p]
         lib.XSync.argtypes = [ctypes.c_void_p, ctypes.c_int]
+        lib.XSetInputFocus.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int, ctypes.c_ulong]
         # Qt makes and destroys helper windows of its own; one that goes while
         # it is being looked at is an X error, which is not ours to stop on.
         self._ignore = ctypes.CFUNCTYPE(ctypes.c_int, ctypes.c_void_p, ctypes.c_void_p)(lambda d, e: 0)
@@ -99,6 +104,12 @@ class X11:
         if data.value:
             self.lib.XFree(data)
         return value
+
+    def focus(self, window):
+        # No window manager runs on the test display: the window gets the
+        # keyboard only when given it.
+        self.lib.XSetInputFocus(self.display, window, 2, 0)  # RevertToParent, CurrentTime
+        self.lib.XSync(self.display, 0)
 
     def resize(self, window, width, height):
         self.lib.XResizeWindow(self.display, window, width, height)
@@ -197,6 +208,17 @@ def named(nodes, name, role=None):
     return None
 
 
+def focused(app):
+    """The name of the object that has the keyboard focus, or None."""
+    for node in tree(app):
+        try:
+            if node.get_state_set().contains(Atspi.StateType.FOCUSED):
+                return node.get_name() or ""
+        except GLib.Error:
+            continue
+    return None
+
+
 def press(node):
     try:
         names = [node.get_action_name(i) for i in range(node.get_n_actions())]
@@ -235,10 +257,12 @@ def round_of_use(app, x11, window, number, done):
                 pass
     tree(app)
     # The keyboard: focus moves through the window, a screen reader follows.
-    for _ in range(40):
-        Atspi.generate_keyboard_event(TAB, None, Atspi.KeySynthType.PRESSRELEASE)
-    wait_for(lambda: False, 0.2)
-    tree(app)
+    before = focused(app)
+    x11.focus(window)
+    for _ in range(41):
+        Atspi.generate_keyboard_event(TAB, None, Atspi.KeySynthType.SYM)
+    if wait_for(lambda: focused(app) not in (None, before), 10):
+        done["tabbed"] += 1
     # A few set buttons, then set all, which runs to its end.
     for knob in (0, 5, 13):
         if press_when_there(app, lambda name, role, k=knob: name == f"{k}号旋钮 设置" and role == R.PUSH_BUTTON):
@@ -263,6 +287,45 @@ def round_of_use(app, x11, window, number, done):
         tree(app)
 
 
+def with_export_dialog_open(app, x11, window):
+    return (press_when_there(app, lambda name, role: name == "导出配置(Export Config)" and role == R.PUSH_BUTTON)
+            and wait_for(lambda: named(tree(app), "取消(Cancel)", R.PUSH_BUTTON) is not None, 10))
+
+
+def with_set_all_running(app, x11, window):
+    return press_when_there(app, lambda name, role: name.startswith("全部设置(Set All)") and role == R.PUSH_BUTTON)
+
+
+def with_type_list_open(app, x11, window):
+    # Focus on knob 3's type menu, then Space, as the keyboard opens it.
+    def focus():
+        for node in tree(app):
+            try:
+                if (node.get_name() or "").startswith("3号旋钮 消息类型") and node.get_role() == R.COMBO_BOX:
+                    return node.grab_focus()
+            except GLib.Error:
+                continue
+        return False
+
+    def listed():
+        return any(node.get_role() in (R.LIST_ITEM, R.MENU_ITEM) and (node.get_name() or "") == "Note Off"
+                   for node in tree(app))
+
+    if not wait_for(focus, 10):
+        return False
+    x11.focus(window)
+    Atspi.generate_keyboard_event(SPACE, None, Atspi.KeySynthType.SYM)
+    return wait_for(listed, 10)
+
+
+CLOSING_STATES = [
+    ("at rest", lambda app, x11, window: True),
+    ("with the save dialog open", with_export_dialog_open),
+    ("while set all runs", with_set_all_running),
+    ("with a type menu's list open", with_type_list_open),
+]
+
+
 def main():
     rounds = int(sys.argv[1]) if len(sys.argv) > 1 else 3
     pid = int(os.environ["DIALCRAFT_WINDOW_PID"])
@@ -275,21 +338,30 @@ def main():
     if not wait_for(lambda: window.append(x11.window_of(pid)) or window[-1] is not None, 30):
         print(f"no X window of process {pid}")
         return 1
-    done = {"typed": 0, "set buttons": 0, "set all": 0, "dialogs": 0, "monitor": 0}
+    done = {"typed": 0, "tabbed": 0, "set buttons": 0, "set all": 0, "dialogs": 0, "monitor": 0}
     for number in range(rounds):
         round_of_use(app, x11, window[-1], number, done)
     objects = len(tree(app))
     # Each round must have done each thing: a session that found nothing to
     # use proves nothing about the close after it.
-    expected = {"typed": 54 * rounds, "set buttons": 3 * rounds, "set all": rounds, "dialogs": 2 * rounds,
+    expected = {"typed": 54 * rounds, "tabbed": rounds, "set buttons": 3 * rounds, "set all": rounds, "dialogs": 2 * rounds,
                 "monitor": 2 * rounds}
     if done != expected:
         print(f"the session did {done}, expected {expected}")
         return 1
+    # Each run closes the window in another state the user can leave it in.
+    state = CLOSING_STATES[(int(os.environ.get("DIALCRAFT_SESSION_RUN", "1")) - 1) % len(CLOSING_STATES)]
+    if not state[1](app, x11, window[-1]):
+        print(f"could not leave the window {state[0]} before closing it")
+        for node in tree(app):
+            if node.get_role() not in (R.LABEL, R.STATIC, R.PUSH_BUTTON, R.TEXT, R.PANEL, R.FILLER):
+                print(" ", node.get_role_name(), repr(node.get_name()),
+                      node.get_state_set().contains(Atspi.StateType.FOCUSED))
+        return 1
     x11.close(window[-1])
     # The tree is read while the window goes, as a screen reader still would.
     ended = wait_for(lambda: tree(app) is not None and not running(pid), 30)
-    print(f"{rounds} rounds; {objects} objects in the last tree; the window was asked to close")
+    print(f"{rounds} rounds; {objects} objects in the last tree; the window was closed {state[0]}")
     if not ended:
         print("the window did not end within 30 s of being closed")
         return 1

@@ -40,7 +40,7 @@ if [ "${1:-}" = --inside ]; then
     QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 \
       QT_ACCESSIBILITY=1 "$window" >/dev/null 2>"$work/window.err" &
     window_pid=$!
-    DIALCRAFT_WINDOW_PID=$window_pid /usr/bin/python3 "$check" "$@" || status=$?
+    DIALCRAFT_WINDOW_PID=$window_pid DIALCRAFT_SESSION_RUN=$run /usr/bin/python3 "$check" "$@" || status=$?
     if [ "$closes" = false ] || [ "$status" -ne 0 ]; then
       kill "$window_pid" 2>/dev/null || true
       wait "$window_pid" 2>/dev/null || true
