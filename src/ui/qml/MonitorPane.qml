@@ -29,9 +29,7 @@ ColumnLayout {
                 button: toggle
                 onActivated: pane.open = !pane.open
             }
-            FocusRing {
-                shown: toggle.visualFocus
-            }
+            FocusFrame.shown: toggle.visualFocus
         }
         Label {
             objectName: "monitorCounts"
@@ -51,9 +49,7 @@ ColumnLayout {
                 button: pause
                 onActivated: pane.monitor.paused = !pane.monitor.paused
             }
-            FocusRing {
-                shown: pause.visualFocus
-            }
+            FocusFrame.shown: pause.visualFocus
         }
         Button {
             id: clear
@@ -66,9 +62,7 @@ ColumnLayout {
                 button: clear
                 onActivated: pane.monitor.clear()
             }
-            FocusRing {
-                shown: clear.visualFocus
-            }
+            FocusFrame.shown: clear.visualFocus
         }
     }
 
@@ -125,9 +119,7 @@ ColumnLayout {
             anchors.fill: parent
             color: "transparent"
             border.color: "#999999"
-            FocusRing {
-                shown: list.activeFocus
-            }
+            FocusFrame.shown: list.activeFocus
         }
     }
 

@@ -99,9 +99,7 @@ ColumnLayout {
                 button: restoreButton
                 onActivated: line.status.tableSync.restoreEdits()
             }
-            FocusRing {
-                shown: restoreButton.visualFocus
-            }
+            FocusFrame.shown: restoreButton.visualFocus
         }
         Button {
             id: dismissButton
@@ -115,9 +113,7 @@ ColumnLayout {
                 button: dismissButton
                 onActivated: line.status.tableSync.dismissEdits()
             }
-            FocusRing {
-                shown: dismissButton.visualFocus
-            }
+            FocusFrame.shown: dismissButton.visualFocus
         }
     }
 
@@ -163,9 +159,7 @@ ColumnLayout {
                 button: showImportedButton
                 onActivated: line.status.importOffer.showImported()
             }
-            FocusRing {
-                shown: showImportedButton.visualFocus
-            }
+            FocusFrame.shown: showImportedButton.visualFocus
         }
     }
 
