@@ -117,8 +117,10 @@ bool WindowHarness::focusFrameOn(QQuickItem* framed) const
     QQuickItem* ring = focusRing();
     if (!ring || !framed || !ring->isVisible())
         return false;
-    const QRectF drawn = ring->mapRectToScene(ring->boundingRect());
-    const QRectF around = framed->mapRectToScene(framed->boundingRect()).adjusted(-3, -3, 3, 3);
+    const QRectF drawn = ring->mapRectToScene(QRectF(0, 0, ring->width(), ring->height()));
+    // The item's own extent: a text field's bounding rectangle is its text's.
+    const QRectF extent(0, 0, framed->width(), framed->height());
+    const QRectF around = framed->mapRectToScene(extent).adjusted(-3, -3, 3, 3);
     const auto same = [](qreal a, qreal b) { return std::abs(a - b) < 0.01; };
     return same(drawn.left(), around.left()) && same(drawn.top(), around.top()) &&
            same(drawn.width(), around.width()) && same(drawn.height(), around.height());

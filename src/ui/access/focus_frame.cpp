@@ -174,7 +174,10 @@ void FocusFrame::place()
     const QRectF shown = holder->mapRectFromScene(room);
     setPosition(shown.topLeft());
     setSize(shown.size());
-    const QRectF framedRect = mapRectFromScene(framed->mapRectToScene(framed->boundingRect()));
+    // The item's own extent, as anchors see it: a text field's bounding
+    // rectangle is its text's.
+    const QRectF extent(0, 0, framed->width(), framed->height());
+    const QRectF framedRect = mapRectFromScene(framed->mapRectToScene(extent));
     if (framedRect != framedRect_) {
         framedRect_ = framedRect;
         emit framedRectChanged();
