@@ -165,30 +165,63 @@ private slots:
     {
         QQuickItem* panel = harness.panelShowingRecord(0);
         QQuickItem* button = harness.item(QStringLiteral("setButton"), panel);
-        QQuickItem* ring = harness.item(QStringLiteral("focusRing"), button);
+        // One frame in the window, drawn around whichever control has the focus.
+        QCOMPARE(harness.items(QStringLiteral("focusRing")).size(), 1);
+        QQuickItem* ring = harness.focusRing();
         QVERIFY(ring);
         QVERIFY(!ring->isVisible());
         QTest::keyClick(harness.window(), Qt::Key_Tab);
-        QVERIFY(ring->isVisible());
+        QVERIFY(harness.focusFrameOn(button));  // drawn outside the button
         QObject* border = ring->property("border").value<QObject*>();
         QVERIFY(border->property("width").toReal() >= 2);
         // Dark blue against the light window and the yellow face alike.
         const QColor colour = border->property("color").value<QColor>();
         QVERIFY(colour.lightnessF() < 0.45);
-        QVERIFY(ring->width() > button->width());  // drawn outside the button
+        // Round like the button's face.
+        QCOMPARE(ring->property("radius").toReal(), 12.0);
 
-        // Each control of the panel shows its own frame while focused.
+        // Each control of the panel shows the frame while focused.
         for (const char* name : {"typeMenu", "channelField", "controllerField"}) {
             QTest::keyClick(harness.window(), Qt::Key_Tab);
             QQuickItem* control = harness.item(QString::fromLatin1(name), panel);
-            QVERIFY2(harness.item(QStringLiteral("focusRing"), control)->isVisible(), name);
-            QVERIFY2(!ring->isVisible(), name);
+            QVERIFY2(harness.focusFrameOn(control), name);
+            QCOMPARE(ring->property("radius").toReal(), 5.0);
         }
         // The frame grabbed for the documentation shows the focused set button.
         QTest::keyClick(harness.window(), Qt::Key_Tab);
         QQuickItem* next = harness.item(QStringLiteral("setButton"), harness.panelShowingRecord(1));
         QCOMPARE(harness.window()->activeFocusItem(), next);
-        QVERIFY(harness.item(QStringLiteral("focusRing"), next)->isVisible());
+        QVERIFY(harness.focusFrameOn(next));
+
+        // A text field shows it while it has the focus, also from the pointer.
+        harness.click(harness.item(QStringLiteral("channelField"), panel));
+        QVERIFY(!harness.focusFrameOn(next));
+        QVERIFY(harness.focusFrameOn(harness.item(QStringLiteral("channelField"), panel)));
+    }
+
+    void focusFrameFollowsItsControlAndIsCutByTheRow()
+    {
+        QQuickWindow* window = harness.window();
+        window->resize(window->minimumWidth(), 500);
+        QTRY_COMPARE(window->height(), 500);
+        QCoreApplication::processEvents();
+        QQuickItem* row = harness.item(QStringLiteral("knobRow0"));
+        QQuickItem* field = harness.item(QStringLiteral("channelField"), harness.panelShowingRecord(0));
+        tabUntilItem(field);
+        QVERIFY(harness.focusFrameOn(field));
+        // The row scrolls sideways under the focused field: the frame goes
+        // with it, cut where the row ends, as the field is.
+        row->setProperty("contentX", 40);
+        QVERIFY(harness.focusFrameOn(field));
+        QQuickItem* frame = harness.item(QStringLiteral("focusFrame"));
+        const QRectF room = frame->mapRectToScene(frame->boundingRect());
+        const QRectF rowShown = row->mapRectToScene(row->boundingRect());
+        QVERIFY(rowShown.contains(room));
+        QVERIFY(room.left() == rowShown.left());
+        // And the page, scrolled down, moves it too.
+        QQuickItem* page = harness.item(QStringLiteral("pageScroller"));
+        page->setProperty("contentY", 30);
+        QVERIFY(harness.focusFrameOn(field));
     }
 
     void topBarButtonsShowHoverPressedAndFocus()
@@ -215,7 +248,7 @@ private slots:
             QTest::keyClick(harness.window(), Qt::Key_Tab);  // the click focused it, by mouse
             tabUntilItem(button);
             QCOMPARE(harness.window()->activeFocusItem(), button);
-            QVERIFY2(harness.item(QStringLiteral("focusRing"), button)->isVisible(), name);
+            QVERIFY2(harness.focusFrameOn(button), name);
         }
     }
 
@@ -311,16 +344,12 @@ private slots:
                 break;
             if (!first)
                 first = focused;
-            QQuickItem* ring = nullptr;
-            for (QQuickItem* child : focused->childItems()) {
-                if (child->objectName() == QLatin1String("focusRing"))
-                    ring = child;
-            }
-            if (!ring) {
-                for (QQuickItem* child : focused->findChildren<QQuickItem*>(QStringLiteral("focusRing")))
-                    ring = child;
-            }
-            if (!ring || !ring->isVisible() ||
+            // The text area's frame draws it around its white background.
+            QQuickItem* framed = focused->objectName() == QLatin1String("textAreaFrame")
+                                     ? focused->property("background").value<QQuickItem*>()
+                                     : focused;
+            QQuickItem* ring = harness.focusRing();
+            if (!harness.focusFrameOn(framed) ||
                 ring->property("border").value<QObject*>()->property("width").toInt() != 3)
                 missing << name(focused);
         }

@@ -79,7 +79,10 @@ int main(int argc, char** argv)
         write_test_file(dir.filePath(QStringLiteral("gig.txt")), "Note On\n1\n60\n\nBend Change\n16\n0\n");
         harness.click(harness.item(QStringLiteral("importButton")));
         saved = harness.acceptFileDialog(harness.openDialog(), dir.path(), QStringLiteral("gig.txt")) &&
-                QTest::qWaitFor([&] { return harness.item(QStringLiteral("showImportedButton"))->isVisible(); });
+                QTest::qWaitFor([&] {
+                    const QQuickItem* show = harness.item(QStringLiteral("showImportedButton"));
+                    return show && show->isVisible();
+                });
         QTest::qWait(100);
         saved = saved && save_picture(harness.grab(), argv[6]);
     }

@@ -163,8 +163,7 @@ private slots:
             QTest::keyClick(harness.window(), Qt::Key_Tab);
         QCOMPARE(harness.window()->activeFocusItem(), frame);
         QVERIFY(!harness.item(QStringLiteral("textArea"))->hasActiveFocus());
-        QVERIFY(
-            harness.item(QStringLiteral("focusRing"), frame->property("background").value<QQuickItem*>())->isVisible());
+        QVERIFY(harness.focusFrameOn(frame->property("background").value<QQuickItem*>()));
 
         const qreal size = bar->property("size").toReal();
         QVERIFY(size > 0 && size < 1);

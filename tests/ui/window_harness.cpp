@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <cmath>
 #include <cstdio>
 
 #include <QQmlProperty>
@@ -104,6 +105,25 @@ QQuickItem* WindowHarness::item(const QString& objectName, QQuickItem* root) con
 {
     const auto found = items(objectName, root);
     return found.isEmpty() ? nullptr : found.first();
+}
+
+QQuickItem* WindowHarness::focusRing() const
+{
+    return item(QStringLiteral("focusRing"), item(QStringLiteral("focusFrame")));
+}
+
+bool WindowHarness::focusFrameOn(QQuickItem* framed) const
+{
+    QQuickItem* ring = focusRing();
+    if (!ring || !framed || !ring->isVisible())
+        return false;
+    const QRectF drawn = ring->mapRectToScene(QRectF(0, 0, ring->width(), ring->height()));
+    // The item's own extent: a text field's bounding rectangle is its text's.
+    const QRectF extent(0, 0, framed->width(), framed->height());
+    const QRectF around = framed->mapRectToScene(extent).adjusted(-3, -3, 3, 3);
+    const auto same = [](qreal a, qreal b) { return std::abs(a - b) < 0.01; };
+    return same(drawn.left(), around.left()) && same(drawn.top(), around.top()) &&
+           same(drawn.width(), around.width()) && same(drawn.height(), around.height());
 }
 
 QList<QQuickItem*> WindowHarness::panels() const

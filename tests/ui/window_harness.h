@@ -55,6 +55,11 @@ public:
     // object name, in tree order.
     QList<QQuickItem*> items(const QString& objectName, QQuickItem* root = nullptr) const;
     QQuickItem* item(const QString& objectName, QQuickItem* root = nullptr) const;
+    // The window's one focus frame, drawn around the focused control.
+    QQuickItem* focusRing() const;
+    // Whether the focus frame shows just outside `framed` (3 px all round):
+    // the control itself, or the item a control frames, e.g. its background.
+    bool focusFrameOn(QQuickItem* framed) const;
     // The knob panels, ordered by display position.
     QList<QQuickItem*> panels() const;
     QQuickItem* panelShowingRecord(int recordIndex) const;

@@ -99,10 +99,8 @@ Control {
                     onActivated: setAction.press()
                 }
 
-                FocusRing {
-                    shown: setButton.visualFocus
-                    radius: 12
-                }
+                FocusFrame.shown: setButton.visualFocus
+                FocusFrame.radius: 12
             }
         }
 
@@ -132,9 +130,7 @@ Control {
                 menu: typeMenu
             }
 
-            FocusRing {
-                shown: typeMenu.visualFocus
-            }
+            FocusFrame.shown: typeMenu.visualFocus
         }
 
         RowLayout {
@@ -154,9 +150,7 @@ Control {
                 onTextEdited: panel.record.message_channel_menu_string = text
                 onAccepted: setAction.press()
 
-                FocusRing {
-                    shown: channelField.activeFocus
-                }
+                FocusFrame.shown: channelField.activeFocus
             }
             TextField {
                 id: controllerField
@@ -173,9 +167,7 @@ Control {
                 onTextEdited: panel.record.message_controller_number_code_string = text
                 onAccepted: setAction.press()
 
-                FocusRing {
-                    shown: controllerField.activeFocus
-                }
+                FocusFrame.shown: controllerField.activeFocus
             }
         }
 

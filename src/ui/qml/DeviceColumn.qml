@@ -48,9 +48,7 @@ ColumnLayout {
             menu: modelMenu
         }
 
-        FocusRing {
-            shown: modelMenu.visualFocus
-        }
+        FocusFrame.shown: modelMenu.visualFocus
     }
 
     // Always disabled: it only shows what the tool writes, and can take
@@ -114,9 +112,7 @@ ColumnLayout {
             border.color: "black"
             border.width: 1
 
-            FocusRing {
-                shown: textFrame.activeFocus
-            }
+            FocusFrame.shown: textFrame.activeFocus
         }
         TextArea {
             id: textArea

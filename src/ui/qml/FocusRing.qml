@@ -1,6 +1,8 @@
-// A high-contrast frame drawn just outside its parent control while `shown`
-// is true, so the control that has the keyboard focus stands out clearly on
-// the light window background and on the yellow set buttons alike.
+// A high-contrast frame drawn just outside its parent while `shown` is true,
+// so the control that has the keyboard focus stands out clearly on the light
+// window background and on the yellow set buttons alike. The window's one
+// focus frame (FocusFrame) places it around the focused control; the
+// overwrite question's buttons, in a popup above that frame, carry their own.
 import QtQuick
 
 Rectangle {

@@ -25,6 +25,23 @@ ApplicationWindow {
         window: window
     }
 
+    // The one focus frame, drawn around whichever control has the focus and
+    // asks for it (FocusFrame.shown).
+    FocusFrame {
+        id: focusFrame
+        objectName: "focusFrame"
+        Item {
+            x: focusFrame.framedRect.x
+            y: focusFrame.framedRect.y
+            width: focusFrame.framedRect.width
+            height: focusFrame.framedRect.height
+            FocusRing {
+                shown: focusFrame.shown
+                radius: focusFrame.radius
+            }
+        }
+    }
+
     ContentView {
         id: mainView
         objectName: "contentView"

@@ -1,7 +1,7 @@
 // The live monitor under the knob rows: what the family's controllers send,
-// one line a message, the last 200 kept. Collapsed until opened; the list's
-// height follows its handle (drag it, or Up and Down on it). Pause stops the
-// list, never the counting; Clear empties it.
+// one line a message, the last 200 kept. Collapsed until opened, and its
+// open parts made at the first opening (MonitorButtons, MonitorMessages). Pause
+// stops the list, never the counting; Clear empties it.
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
@@ -13,7 +13,6 @@ ColumnLayout {
     required property GlobalState globalState
     readonly property KnobMonitor monitor: StatusBoard.of(globalState).monitor
     property bool open: false
-    property int listHeight: 160
 
     objectName: "monitorPane"
     spacing: 4
@@ -29,9 +28,7 @@ ColumnLayout {
                 button: toggle
                 onActivated: pane.open = !pane.open
             }
-            FocusRing {
-                shown: toggle.visualFocus
-            }
+            FocusFrame.shown: toggle.visualFocus
         }
         Label {
             objectName: "monitorCounts"
@@ -40,117 +37,20 @@ ColumnLayout {
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
-        Button {
-            id: pause
-            objectName: "monitorPause"
-            visible: pane.open
-            text: pane.monitor.paused ? "继续(Resume)" : "暂停(Pause)"
-            focusPolicy: Qt.StrongFocus
-            Accessible.name: text
-            PressGlue {
-                button: pause
-                onActivated: pane.monitor.paused = !pane.monitor.paused
-            }
-            FocusRing {
-                shown: pause.visualFocus
-            }
-        }
-        Button {
-            id: clear
-            objectName: "monitorClear"
-            visible: pane.open
-            text: "清除(Clear)"
-            focusPolicy: Qt.StrongFocus
-            Accessible.name: text
-            PressGlue {
-                button: clear
-                onActivated: pane.monitor.clear()
-            }
-            FocusRing {
-                shown: clear.visualFocus
-            }
+        // Pause and Clear, made at the first opening.
+        PartOnDemand {
+            needed: pane.open
+            part: Qt.resolvedUrl("MonitorButtons.qml")
+            settings: ({ monitor: pane.monitor })
         }
     }
 
-    // The newest line, once a second at most: what a screen reader is told.
-    TextArea {
-        id: latest
-        objectName: "monitorLatest"
-        visible: pane.open
+    // The newest line, the list and its handle, made at the first opening.
+    PartOnDemand {
+        objectName: "monitorMessages"
         Layout.fillWidth: true
-        readOnly: true
-        activeFocusOnTab: false
-        text: pane.monitor.latest
-        font.family: "monospace"
-        font.pixelSize: 12
-        background: null
-        Accessible.name: "最新消息(Latest message)"
-        Accessible.readOnly: true
-        TextChangeAnnouncer {
-            target: latest
-            text: pane.monitor.latest
-        }
-    }
-
-    ListView {
-        id: list
-        objectName: "monitorList"
-        visible: pane.open
-        Layout.fillWidth: true
-        Layout.preferredHeight: pane.listHeight
-        clip: true
-        model: pane.monitor.log
-        activeFocusOnTab: true
-        keyNavigationEnabled: true
-        Accessible.role: Accessible.List
-        Accessible.name: "监视器消息(Monitor messages)"
-        // The newest line stays in view unless the user scrolled up.
-        onCountChanged: if (atYEnd || !moving) positionViewAtEnd()
-        ScrollBar.vertical: ScrollBar {
-            Accessible.name: "监视器消息(Monitor messages)"
-        }
-        delegate: Label {
-            required property string line
-            required property bool matched
-            width: ListView.view.width
-            leftPadding: 4
-            text: line
-            font.family: "monospace"
-            font.pixelSize: 12
-            color: matched ? "black" : "#666666"
-            Accessible.role: Accessible.ListItem
-            Accessible.name: line
-        }
-        Rectangle {
-            anchors.fill: parent
-            color: "transparent"
-            border.color: "#999999"
-            FocusRing {
-                shown: list.activeFocus
-            }
-        }
-    }
-
-    // The list's lower edge: drag it, or Up and Down when it has focus.
-    Rectangle {
-        id: handle
-        objectName: "monitorResize"
-        visible: pane.open
-        Layout.fillWidth: true
-        Layout.preferredHeight: 8
-        color: handle.activeFocus ? "#7aa7e0" : "#cccccc"
-        activeFocusOnTab: true
-        Accessible.role: Accessible.Separator
-        Accessible.name: "监视器高度(Monitor height): " + pane.listHeight
-        Keys.onUpPressed: pane.listHeight = Math.max(60, pane.listHeight - 20)
-        Keys.onDownPressed: pane.listHeight = Math.min(600, pane.listHeight + 20)
-        DragHandler {
-            target: null
-            yAxis.enabled: true
-            xAxis.enabled: false
-            property int startHeight: 0
-            onActiveChanged: if (active) startHeight = pane.listHeight
-            onTranslationChanged: pane.listHeight = Math.max(60, Math.min(600, startHeight + translation.y))
-        }
+        needed: pane.open
+        part: Qt.resolvedUrl("MonitorMessages.qml")
+        settings: ({ monitor: pane.monitor })
     }
 }

@@ -21,7 +21,5 @@ CheckBox {
     Accessible.name: text
     Accessible.description: "全部设置时跳过控制器已有的旋钮(Set All skips the knobs the controller already holds)"
 
-    FocusRing {
-        shown: box.visualFocus
-    }
+    FocusFrame.shown: box.visualFocus
 }

@@ -28,7 +28,5 @@ ToolButton {
             run.start(button.Window.window)
     }
 
-    FocusRing {
-        shown: button.visualFocus
-    }
+    FocusFrame.shown: button.visualFocus
 }

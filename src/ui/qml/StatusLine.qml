@@ -72,101 +72,26 @@ ColumnLayout {
         }
     }
 
-    // The edits a window left unsaved when it ended without its shut-down
-    // (killed, crashed, power lost), offered back once.
-    RowLayout {
+    // The edits a window left unsaved when it ended without its shut-down,
+    // offered back once (RestoreOfferRow), and after an import the way to
+    // show the imported values (ImportOfferRow): each made when first offered.
+    PartOnDemand {
         objectName: "restoreOffer"
         Layout.fillWidth: true
-        visible: line.status.tableSync.restoreOffered
-        Label {
-            objectName: "restoreOfferText"
-            Layout.fillWidth: true
-            text: line.status.restoreOfferText
-            wrapMode: Text.Wrap
-            font.pixelSize: 12
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
-        }
-        Button {
-            id: restoreButton
-            objectName: "restoreEditsButton"
-            text: "恢复(Restore)"
-            focusPolicy: Qt.StrongFocus
-            activeFocusOnTab: true
-            enabled: !line.status.busy
-            Accessible.name: line.status.restoreOfferText
-            PressGlue {
-                button: restoreButton
-                onActivated: line.status.tableSync.restoreEdits()
-            }
-            FocusRing {
-                shown: restoreButton.visualFocus
-            }
-        }
-        Button {
-            id: dismissButton
-            objectName: "dismissEditsButton"
-            text: "不恢复(Dismiss)"
-            focusPolicy: Qt.StrongFocus
-            activeFocusOnTab: true
-            enabled: !line.status.busy
-            Accessible.name: "不恢复, 修改留作文件(Dismiss unsaved edits, keep them as a file)"
-            PressGlue {
-                button: dismissButton
-                onActivated: line.status.tableSync.dismissEdits()
-            }
-            FocusRing {
-                shown: dismissButton.visualFocus
-            }
-        }
+        needed: line.status.tableSync.restoreOffered
+        part: Qt.resolvedUrl("RestoreOfferRow.qml")
+        settings: ({ status: line.status })
     }
-
-    // After an import the panels still show the values from before, and
-    // closing would keep those: said as a warning, with the way to show the
-    // imported values now.
-    ColumnLayout {
+    PartOnDemand {
         objectName: "importOffer"
         Layout.fillWidth: true
-        visible: line.status.importOffer.offered
-        RowLayout {
-            Layout.fillWidth: true
-            Label {
-                objectName: "importOfferSymbol"
-                Layout.alignment: Qt.AlignTop
-                Accessible.ignored: true
-                text: line.warningSymbol
-                color: line.warningColour
-                font.pixelSize: 16
-            }
-            Label {
-                objectName: "importOfferText"
-                Layout.fillWidth: true
-                text: line.status.importOffer.text
-                color: line.warningColour
-                wrapMode: Text.Wrap
-                font.pixelSize: 12
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
-            }
-        }
-        Button {
-            id: showImportedButton
-            objectName: "showImportedButton"
-            Layout.fillWidth: true
-            text: line.status.importOffer.buttonText
-            font.pixelSize: 12
-            focusPolicy: Qt.StrongFocus
-            activeFocusOnTab: true
-            enabled: !line.status.busy
-            Accessible.name: text
-            PressGlue {
-                button: showImportedButton
-                onActivated: line.status.importOffer.showImported()
-            }
-            FocusRing {
-                shown: showImportedButton.visualFocus
-            }
-        }
+        needed: line.status.importOffer.offered
+        part: Qt.resolvedUrl("ImportOfferRow.qml")
+        settings: ({
+            status: line.status,
+            warningSymbol: line.warningSymbol,
+            warningColour: line.warningColour
+        })
     }
 
     // Room for three lines at all times, so the column does not move as the

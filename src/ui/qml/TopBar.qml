@@ -28,9 +28,7 @@ ToolBar {
                 button: importButton
                 onActivated: bar.dialogs.importButtonPressed()
             }
-            FocusRing {
-                shown: importButton.visualFocus
-            }
+            FocusFrame.shown: importButton.visualFocus
         }
         ToolButton {
             id: exportButton
@@ -43,9 +41,7 @@ ToolBar {
                 button: exportButton
                 onActivated: bar.dialogs.exportButtonPressed()
             }
-            FocusRing {
-                shown: exportButton.visualFocus
-            }
+            FocusFrame.shown: exportButton.visualFocus
         }
         SetAllButton {
             globalState: bar.globalState
