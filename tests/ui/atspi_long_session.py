@@ -326,6 +326,41 @@ CLOSING_STATES = [
 ]
 
 
+class ScreenReader:
+    """Listens as Orca does: every key goes past it before the window takes it,
+    and on each event it reads the object the event is about, while the
+    window goes on. Without listeners the window's bridge sends none of this."""
+
+    EVENTS = ("object:state-changed:focused", "object:text-changed", "object:children-changed",
+              "object:property-change:accessible-name", "object:state-changed:showing", "window:")
+
+    def __init__(self):
+        self.keys = 0
+        self.events = 0
+        self.key_listener = Atspi.DeviceListener.new(self.key)
+        Atspi.register_keystroke_listener(
+            self.key_listener, None, 0,
+            (1 << Atspi.EventType.KEY_PRESSED_EVENT) | (1 << Atspi.EventType.KEY_RELEASED_EVENT),
+            Atspi.KeyListenerSyncType.SYNCHRONOUS | Atspi.KeyListenerSyncType.CANCONSUME)
+        self.listener = Atspi.EventListener.new(self.event)
+        for name in ScreenReader.EVENTS:
+            self.listener.register(name)
+
+    def key(self, event):
+        self.keys += 1
+        return False  # not consumed: the window takes the key
+
+    def event(self, event):
+        self.events += 1
+        try:
+            if event.source is not None:
+                event.source.get_name()
+                event.source.get_role()
+                event.source.get_state_set()
+        except GLib.Error:
+            pass
+
+
 def main():
     rounds = int(sys.argv[1]) if len(sys.argv) > 1 else 3
     pid = int(os.environ["DIALCRAFT_WINDOW_PID"])
@@ -333,6 +368,7 @@ def main():
     if app is None:
         print("no application named dialcraft on the accessibility bus")
         return 1
+    reader = ScreenReader()
     x11 = X11()
     window = []
     if not wait_for(lambda: window.append(x11.window_of(pid)) or window[-1] is not None, 30):
@@ -361,7 +397,8 @@ def main():
     x11.close(window[-1])
     # The tree is read while the window goes, as a screen reader still would.
     ended = wait_for(lambda: tree(app) is not None and not running(pid), 30)
-    print(f"{rounds} rounds; {objects} objects in the last tree; the window was closed {state[0]}")
+    print(f"{rounds} rounds; {objects} objects in the last tree; {reader.keys} keys and {reader.events} events "
+          f"heard; the window was closed {state[0]}")
     if not ended:
         print("the window did not end within 30 s of being closed")
         return 1

@@ -37,6 +37,7 @@ if [ "${1:-}" = --inside ]; then
   fi
   status=0
   for run in $(seq "$runs"); do
+    touch "$work/started"
     QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 \
       QT_ACCESSIBILITY=1 "$window" >/dev/null 2>"$work/window.err" &
     window_pid=$!
@@ -49,9 +50,12 @@ if [ "${1:-}" = --inside ]; then
     fi
     ended=0
     wait "$window_pid" || ended=$?
-    if [ "$ended" -ne 0 ] || grep -q 'Sanitizer' "$work/window.err"; then
+    if [ "$ended" -ne 0 ] || grep -qE 'Sanitizer|runtime error' "$work/window.err"; then
       echo "run $run: the window ended with exit status $ended after it was closed"
       cat "$work/window.err"
+      status=1
+    elif ! [ "$XDG_CONFIG_HOME/dialcraft/dialcraft.conf" -nt "$work/started" ]; then
+      echo "run $run: the window ended without storing the table"
       status=1
     fi
     [ "$status" -eq 0 ] || break

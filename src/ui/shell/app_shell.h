@@ -16,6 +16,10 @@ Q_DECLARE_LOGGING_CATEGORY(logger)
 // Settings names, fonts and controls style. Call before anything is loaded.
 void configure_application(QGuiApplication& app);
 
+// Once the event loop is over: while a screen reader is attached, ends the
+// process with `status` at once, without tearing the window down.
+void end_before_teardown_if_read_aloud(int status);
+
 // Loads the main window into `engine`; nullptr when it could not be loaded.
 QQuickWindow* load_main_window(QQmlApplicationEngine& engine);
 
