@@ -208,6 +208,19 @@ def named(nodes, name, role=None):
     return None
 
 
+READER = []
+
+
+def type_key(keysym):
+    """One key pressed and released through the X server; with the screen
+    reader listening, the window waits for its answer on each, so its events
+    are taken here until it has heard both."""
+    heard = READER[0].keys if READER else 0
+    Atspi.generate_keyboard_event(keysym, None, Atspi.KeySynthType.SYM)
+    if READER:
+        wait_for(lambda: READER[0].keys >= heard + 2, 2)
+
+
 def focused(app):
     """The name of the object that has the keyboard focus, or None."""
     for node in tree(app):
@@ -260,7 +273,7 @@ def round_of_use(app, x11, window, number, done):
     before = focused(app)
     x11.focus(window)
     for _ in range(41):
-        Atspi.generate_keyboard_event(TAB, None, Atspi.KeySynthType.SYM)
+        type_key(TAB)
     if wait_for(lambda: focused(app) not in (None, before), 10):
         done["tabbed"] += 1
     # A few set buttons, then set all, which runs to its end.
@@ -314,7 +327,7 @@ def with_type_list_open(app, x11, window):
     if not wait_for(focus, 10):
         return False
     x11.focus(window)
-    Atspi.generate_keyboard_event(SPACE, None, Atspi.KeySynthType.SYM)
+    type_key(SPACE)
     return wait_for(listed, 10)
 
 
@@ -369,6 +382,7 @@ def main():
         print("no application named dialcraft on the accessibility bus")
         return 1
     reader = ScreenReader()
+    READER.append(reader)
     x11 = X11()
     window = []
     if not wait_for(lambda: window.append(x11.window_of(pid)) or window[-1] is not None, 30):
