@@ -176,22 +176,23 @@ def walk(node, found):
         node.get_description()
         node.get_role_name()
         found.append(node)
-        for i in range(node.get_child_count()):
-            child = node.get_child_at_index(i)
-            if child is not None:
-                walk(child, found)
+        walk_children(node, found)
     except GLib.Error:
         # An object that went away while being read: the window changed.
         pass
 
 
+def walk_children(node, found):
+    for i in range(node.get_child_count()):
+        child = node.get_child_at_index(i)
+        if child is not None:
+            walk(child, found)
+
+
 def tree(app):
     nodes = []
     try:
-        for i in range(app.get_child_count()):
-            child = app.get_child_at_index(i)
-            if child is not None:
-                walk(child, nodes)
+        walk_children(app, nodes)
     except GLib.Error:
         # The application is gone.
         pass
@@ -410,7 +411,11 @@ def main():
         return 1
     x11.close(window[-1])
     # The tree is read while the window goes, as a screen reader still would.
-    ended = wait_for(lambda: tree(app) is not None and not running(pid), 30)
+    def read_until_ended():
+        tree(app)
+        return not running(pid)
+
+    ended = wait_for(read_until_ended, 30)
     print(f"{rounds} rounds; {objects} objects in the last tree; {reader.keys} keys and {reader.events} events "
           f"heard; the window was closed {state[0]}")
     if not ended:
