@@ -1,8 +1,8 @@
 # shellcheck shell=bash
-# Sourced by scripts/test, scripts/sanitize and scripts/fuzz: every build goes
-# through ccache when it is there, with paths below the tree made relative, so
-# a fresh clone in another folder (as CI makes one) finds what an earlier
-# build of the same sources left in the cache.
+# Sourced by scripts/test, scripts/sanitize, scripts/fuzz and scripts/package:
+# every build goes through ccache when it is there, with paths below the tree
+# made relative, so a fresh clone in another folder (as CI makes one) finds
+# what an earlier build of the same sources left in the cache.
 # Read by the scripts that source this file.
 # shellcheck disable=SC2034
 cache_launcher=()
