@@ -10,16 +10,17 @@
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
-#include <QProcess>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <filesystem>
 #include <optional>
 #include <vector>
 
+#include "first_frame_runs.h"
+
 namespace {
+
+using dialcraft::bench::program_beside_this_one;
 
 struct Startup {
     double seconds;
@@ -28,29 +29,16 @@ struct Startup {
 
 constexpr int warm_up_pairs = 2;
 
-QString program_beside_this_one(const char* name)
-{
-    const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe");
-    return QString::fromStdString((self.parent_path() / name).string());
-}
-
 std::optional<Startup> start_once(const QString& program)
 {
-    QProcess child;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    environment.insert(QStringLiteral("QT_QUICK_BACKEND"), QStringLiteral("software"));
-    child.setProcessEnvironment(environment);
-    child.setStandardOutputFile(QProcess::nullDevice());
-    const long long started = std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count();
-    child.start(program, {});
-    if (!child.waitForFinished(30000) || child.exitStatus() != QProcess::NormalExit || child.exitCode() != 0)
+    const auto run = dialcraft::bench::run_to_first_frame(program);
+    if (!run)
         return std::nullopt;
-    for (const QByteArray& line : child.readAllStandardError().split('\n')) {
+    for (const QByteArray& line : run->errors.split('\n')) {
         long long at = 0;
         long kib = 0;
         if (std::sscanf(line.constData(), "first-frame %lld %ld", &at, &kib) == 2)
-            return Startup{static_cast<double>(at - started) / 1e9, kib};
+            return Startup{static_cast<double>(at - run->started_ns) / 1e9, kib};
     }
     return std::nullopt;
 }
