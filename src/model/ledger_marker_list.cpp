@@ -52,7 +52,7 @@ void LedgerMarkerList::reload()
     if (ledger == ledger_)
         return;
     ledger_ = std::move(ledger);
-    update();
+    refresh(true);
 }
 
 QList<int> LedgerMarkerList::knobsToProgram(const QList<int>& knobs) const
@@ -88,13 +88,21 @@ void LedgerMarkerList::watch_records()
 
 void LedgerMarkerList::update()
 {
-    if (!state_) {
-        serial_.clear();
-        markers_ = LedgerMarkers{};
-    } else {
-        serial_ = state_->machine_type_menu_string();
-        markers_ = ledger_markers(ledger_, serial_, *state_);
+    refresh(false);
+}
+
+void LedgerMarkerList::refresh(bool ledger_changed)
+{
+    QString serial;
+    LedgerMarkers markers;
+    if (state_) {
+        serial = state_->machine_type_menu_string();
+        markers = ledger_markers(ledger_, serial, *state_);
     }
+    if (!ledger_changed && serial == serial_ && markers == markers_)
+        return;
+    serial_ = std::move(serial);
+    markers_ = markers;
     emit markersChanged();
 }
 

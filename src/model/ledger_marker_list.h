@@ -60,7 +60,13 @@ signals:
 
 private:
     void watch_records();
+    // After a change of the table or the chosen controller: tells the window
+    // only when a marker or the serial changed, since every panel's marker
+    // rereads the whole list and a start's table refresh changes 81 fields.
     void update();
+    // Computes the markers again; `ledger_changed` tells the window even when
+    // they stayed the same, as serialHasEntries may not have.
+    void refresh(bool ledger_changed);
 
     GlobalState* state_ = nullptr;
     ControllerLedger ledger_;

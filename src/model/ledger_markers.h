@@ -30,6 +30,8 @@ struct LedgerMarkers {
     int written = 0;
     int differs = 0;
     int never_written = 0;
+
+    bool operator==(const LedgerMarkers&) const = default;
 };
 
 // Knobs 0 to 26 of `state` against what controller `serial` holds.

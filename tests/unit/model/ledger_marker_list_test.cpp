@@ -83,3 +83,30 @@ TEST_F(LedgerMarkerListTest, ReloadReadsWhatWasRecordedSince)
     list.reload();
     EXPECT_EQ(list.markers()[7], written);
 }
+
+TEST_F(LedgerMarkerListTest, AnnouncesAChangeOnlyWhenAMarkerOrTheSerialChanged)
+{
+    LedgerMarkerList list;
+    list.setGlobalState(&state);
+    QSignalSpy changed(&list, &LedgerMarkerList::markersChanged);
+
+    // Knob 0 stays never written whatever it is set to: the panels are not
+    // told again (a start's table refresh makes 81 such edits).
+    set_knob(0, "Note Off", "3", "9");
+    set_knob(1, "Note On", "4", "10");
+    EXPECT_EQ(changed.count(), 0);
+
+    state.record(6)->set_message_controller_number_code_string("60");
+    EXPECT_EQ(changed.count(), 1);
+    state.set_machine_type_menu_string("4AC1CC27");
+    EXPECT_EQ(changed.count(), 2);
+
+    // A knob beyond the table recorded for 4AC1CC27: its markers are the
+    // same, yet it now has entries, so the window hears of it.
+    ASSERT_TRUE(record_in_ledger("4AC1CC27", 30, "Note On", 1, 60));
+    EXPECT_FALSE(list.serialHasEntries());
+    list.reload();
+    EXPECT_EQ(changed.count(), 3);
+    EXPECT_TRUE(list.serialHasEntries());
+    EXPECT_EQ(list.summaryText(), "4AC1CC27: 已写入 0, 不同 0, 未写入 27");
+}
