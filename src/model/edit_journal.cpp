@@ -59,6 +59,21 @@ std::unique_ptr<QLockFile> lock_of(const QString& path)
     return lock;
 }
 
+// The locks of windows that were killed before they had an edit to keep:
+// nothing else would ever remove them. A lock beside a journal is left to the
+// journal's claim; a live window's lock cannot be taken, so it stays.
+void remove_abandoned_locks(const QDir& folder, const QStringList& journals)
+{
+    for (const QString& name : window_files(folder, lock_suffix)) {
+        const QString journal = name.left(name.size() - lock_suffix.size()) + journal_suffix;
+        if (journals.contains(journal))
+            continue;
+        std::unique_ptr<QLockFile> lock = lock_of(folder.filePath(name));
+        if (lock->tryLock(0))
+            lock->unlock();
+    }
+}
+
 }  // namespace
 
 QString state_folder()
@@ -160,6 +175,7 @@ std::vector<OrphanJournal> claim_orphan_journals()
     std::vector<OrphanJournal> found;
     const QDir folder(state_folder());
     const QStringList names = window_files(folder, journal_suffix);
+    remove_abandoned_locks(folder, names);
     for (const QString& name : names) {
         const QString path = folder.filePath(name);
         std::shared_ptr<QLockFile> lock = lock_of(lock_path_of(path));

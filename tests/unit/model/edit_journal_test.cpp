@@ -130,6 +130,23 @@ TEST_F(EditJournalTest, AnUnreadableJournalIsMovedAsideAndNeverStopsAStart)
     EXPECT_FALSE(QFile::exists(folder_.filePath("window-5-6.journal")));
 }
 
+TEST_F(EditJournalTest, ALockAWindowLeftWithoutAJournalIsRemovedAtTheNextClaim)
+{
+    // A window killed before its first edit leaves only its lock.
+    QFile abandoned(folder_.filePath("window-7-8.lock"));
+    ASSERT_TRUE(abandoned.open(QIODevice::WriteOnly));
+    abandoned.write("2147483646\ndialcraft\n" + QSysInfo::machineHostName().toUtf8() + "\n");
+    abandoned.close();
+    WindowJournal running;
+    const QString runningLock = QFileInfo(running.path()).completeBaseName() + ".lock";
+    ASSERT_EQ(files(), (QStringList{runningLock, "window-7-8.lock"}));
+
+    EXPECT_TRUE(claim_orphan_journals().empty());
+    EXPECT_EQ(files(), QStringList{runningLock});
+    running.finish();
+    EXPECT_EQ(files(), QStringList());
+}
+
 TEST(TableLockTest, ALockLeftByADeadProcessIsTakenOver)
 {
     IsolatedSettings settings;
