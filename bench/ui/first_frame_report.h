@@ -10,6 +10,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <map>
 #include <string>
 
@@ -54,7 +55,9 @@ inline void print_resident_by_mapping()
         std::fprintf(stderr, "resident %ld %s\n", kib, name.c_str());
 }
 
-[[noreturn]] inline void report_first_frame_and_end()
+// `tidy` runs after the report, so its time is not counted: the end skips
+// every destructor, and with them the removal of temporary folders.
+[[noreturn]] inline void report_first_frame_and_end(const std::function<void()>& tidy = {})
 {
     if (std::getenv("DIALCRAFT_FIRST_FRAME_MAPPINGS"))
         print_resident_by_mapping();
@@ -62,6 +65,8 @@ inline void print_resident_by_mapping()
     std::fprintf(stderr, "first-frame %lld %ld\n", static_cast<long long>(std::chrono::nanoseconds(now).count()),
                  peak_resident_kib());
     std::fflush(stderr);
+    if (tidy)
+        tidy();
     std::_Exit(0);
 }
 

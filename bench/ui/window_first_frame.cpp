@@ -9,6 +9,7 @@
 #include <QtQml/qqmlextensionplugin.h>
 
 #include "first_frame_report.h"
+#include "model/edit_journal.h"
 #include "ui/shell/app_shell.h"
 #include "ui/shell/content_view.h"
 
@@ -18,8 +19,11 @@ Q_IMPORT_QML_PLUGIN(DialcraftPlugin)
 
 int main(int argc, char** argv)
 {
-    QTemporaryDir settingsFolder;  // never the user's own store
+    // Never the user's own store, ledger or journals, nor what earlier runs
+    // left in them.
+    QTemporaryDir settingsFolder;
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settingsFolder.path());
+    set_state_folder(settingsFolder.path() + QStringLiteral("/state"));
     QGuiApplication app(argc, argv);
     configure_application(app);
     QQmlApplicationEngine engine;
@@ -27,9 +31,9 @@ int main(int argc, char** argv)
     ContentView* view = window ? window->findChild<ContentView*>() : nullptr;
     if (!view)
         return 1;
-    QObject::connect(window, &QQuickWindow::frameSwapped, &app, [view] {
+    QObject::connect(window, &QQuickWindow::frameSwapped, &app, [view, &settingsFolder] {
         if (view->appeared())
-            bench::report_first_frame_and_end();
+            bench::report_first_frame_and_end([&settingsFolder] { settingsFolder.remove(); });
     });
     return app.exec();
 }
