@@ -7,6 +7,7 @@
 
 #include <QQmlProperty>
 #include <QSettings>
+#include <QtQuickTest/quicktest.h>
 
 #include "midi/host_selection.h"
 #include "model/edit_journal.h"
@@ -147,6 +148,9 @@ QQuickItem* WindowHarness::panelShowingRecord(int recordIndex) const
 
 void WindowHarness::click(QQuickItem* target)
 {
+    // A control just made or shown is placed by its layout at the next
+    // polish; its centre is only known after it.
+    QQuickTest::qWaitForPolish(window_);
     const QPointF centre = target->mapToScene(QPointF(target->width() / 2, target->height() / 2));
     QTest::mouseClick(window_, Qt::LeftButton, Qt::NoModifier, centre.toPoint());
     QCoreApplication::processEvents();
