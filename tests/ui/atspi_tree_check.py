@@ -20,7 +20,7 @@ INTERACTIVE = {
     R.PUSH_BUTTON, R.TOGGLE_BUTTON, R.COMBO_BOX, R.TEXT, R.ENTRY, R.PASSWORD_TEXT,
     R.CHECK_BOX, R.RADIO_BUTTON, R.SPIN_BUTTON, R.SLIDER, R.SCROLL_BAR, R.MENU_ITEM,
 }
-SYMBOLS = {"\u2744", "\u2601"}
+SYMBOLS = {"\u273D", "\u2601"}
 
 
 def find_application(name, seconds):
@@ -74,7 +74,7 @@ def main():
         states = node.get_state_set()
         interactive = role in INTERACTIVE or (
             states.contains(Atspi.StateType.FOCUSABLE) and role not in (R.LABEL, R.STATIC))
-        if name.strip() in SYMBOLS:
+        if any(symbol in name for symbol in SYMBOLS):
             failures.append(f"symbol read out: {describe(node)}")
         if not interactive:
             continue

@@ -2,7 +2,7 @@
 // file dialogs, with their plugin and the overwrite question; the open
 // monitor's buttons, list and handle; the status line's offers) are not made
 // until first needed, and work once they are. One focus frame serves every
-// control.
+// control, and one font file draws the first frame.
 #include <QFile>
 #include <QSignalSpy>
 #include <QTest>
@@ -22,6 +22,24 @@ bool library_loaded(const QByteArray& name)
     if (!maps.open(QIODevice::ReadOnly))
         return false;
     return maps.readAll().contains('/' + name);
+}
+
+// The font files mapped into this process, by path.
+QStringList mapped_font_files()
+{
+    QFile maps(QStringLiteral("/proc/self/maps"));
+    if (!maps.open(QIODevice::ReadOnly))
+        return {};
+    QStringList files;
+    for (const QByteArray& line : maps.readAll().split('\n')) {
+        const qsizetype path = line.indexOf(" /");
+        if (path < 0)
+            continue;
+        const QString file = QString::fromUtf8(line.mid(path + 1));
+        if (file.contains(QLatin1String("/fonts/")) && !files.contains(file))
+            files << file;
+    }
+    return files;
 }
 
 const char* const dialog_parts[] = {"fileDialogs", "openDialog", "saveDialog", "saveDialogFallback",
@@ -55,6 +73,12 @@ private slots:
              {"restoreOfferText", "restoreEditsButton", "dismissEditsButton", "importOfferText", "showImportedButton"})
             QVERIFY2(!harness.item(QString::fromLatin1(name)), name);
         QCOMPARE(harness.items(QStringLiteral("focusRing")).size(), 1);
+        // One face draws the whole first frame: the set buttons' bold is the
+        // regular face's outline, and every symbol shown is one it has, so
+        // neither a bold file nor a fallback font is searched for and opened.
+        const QStringList fonts = mapped_font_files();
+        QVERIFY2(fonts.size() == 1 && fonts.first().endsWith(QLatin1String("NotoSansCJK-Regular.ttc")),
+                 qPrintable(fonts.join(QLatin1String(", "))));
     }
 
     void openingTheMonitorMakesItsPartsThatThenWork()

@@ -67,10 +67,9 @@ private slots:
             const int knob = panel->property("record").value<CreateSetupAreaViewData*>()->knob_index();
             QQuickItem* label = harness.item(QStringLiteral("knobLabel"), panel);
             QVERIFY(label);
-            QCOMPARE(label->property("text").toString(), QStringLiteral("%1号旋钮").arg(knob));
-            QQuickItem* caption = harness.item(QStringLiteral("caption"), label);
-            QCOMPARE(caption->property("text").toString(), QStringLiteral("%1号旋钮").arg(knob));
-            QVERIFY(!harness.item(QStringLiteral("symbol"), label)->property("text").toString().isEmpty());
+            QCOMPARE(label->property("caption").toString(), QStringLiteral("%1号旋钮").arg(knob));
+            // The snow symbol, then the caption.
+            QCOMPARE(label->property("text").toString(), QStringLiteral("\u273D %1号旋钮").arg(knob));
         }
     }
 
@@ -79,8 +78,8 @@ private slots:
         for (QQuickItem* panel : harness.panels()) {
             QQuickItem* channel = harness.item(QStringLiteral("channelRange"), panel);
             QQuickItem* controller = harness.item(QStringLiteral("controllerRange"), panel);
-            QCOMPARE(channel->property("text").toString(), QStringLiteral("1-16"));
-            QCOMPARE(controller->property("text").toString(), QStringLiteral("0-127"));
+            QCOMPARE(channel->property("text").toString(), QStringLiteral("\u2601 1-16"));
+            QCOMPARE(controller->property("text").toString(), QStringLiteral("\u2601 0-127"));
             QVERIFY(channel->isEnabled());
             QVERIFY(controller->isEnabled());
             QCOMPARE(harness.item(QStringLiteral("channelField"), panel)->property("placeholderText").toString(),

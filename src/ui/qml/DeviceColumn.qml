@@ -26,8 +26,8 @@ ColumnLayout {
 
     SymbolLabel {
         Layout.preferredWidth: 220
-        symbol: "\u2744"
-        text: "设备型号(Machine Serial)"
+        symbol: "\u273D"
+        caption: "设备型号(Machine Serial)"
     }
 
     ComboBox {

@@ -1,11 +1,12 @@
 // A knob panel's live activity, from the monitor: the last value the knob
 // sent, lit for a moment while messages come, and whether the controller was
 // seen sending the knob's new setting since it was programmed. Symbols and
-// words, so it reads without colour.
+// words, so it reads without colour; lit, it is led by "◉" in a deeper blue.
+// A plain text rather than a styled label: one of these is in each panel of
+// the first frame.
 import QtQuick
-import QtQuick.Controls
 
-Label {
+Text {
     id: activity
 
     // -1 while the knob has sent nothing.
@@ -23,11 +24,6 @@ Label {
     visible: activityText !== ""
     font.pixelSize: 11
     color: lit ? "#0b4f9c" : "#333333"
-    background: Rectangle {
-        radius: 3
-        color: "#d6e8ff"
-        opacity: activity.lit ? 1 : 0
-    }
     Accessible.role: Accessible.StaticText
     Accessible.name: activityText
 }

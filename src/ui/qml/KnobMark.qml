@@ -2,9 +2,10 @@
 // menu holds what the panel shows. A symbol and a word, so it reads without
 // colour.
 import QtQuick
-import QtQuick.Controls
 
-Label {
+// A plain text rather than a styled label: one of these is in each panel of
+// the first frame.
+Text {
     // 0 written, 1 differs, 2 never written; anything else shows nothing.
     required property int marker
 

@@ -2,7 +2,8 @@
 // recoloured from its file, through the engine's file selectors, every time
 // its menu turns enabled or disabled; greying the window for a set-all run
 // paid that for every knob's menu. This arrow keeps its colour and only fades
-// while its menu is disabled.
+// while its menu is disabled. "▼" at a small size, not "▾": the CJK face has
+// it, so no fallback font is opened for it.
 import QtQuick
 import QtQuick.Controls
 
@@ -14,7 +15,8 @@ Text {
     y: menu.topPadding + (menu.availableHeight - height) / 2
     width: 20
     horizontalAlignment: Text.AlignHCenter
-    text: "\u25BE"
+    text: "\u25BC"
+    font.pixelSize: 7
     color: menu.palette.active.buttonText
     opacity: menu.enabled ? 1 : 0.4
     Accessible.ignored: true

@@ -21,7 +21,8 @@ ColumnLayout {
         Button {
             id: toggle
             objectName: "monitorToggle"
-            text: (pane.open ? "▾ " : "▸ ") + "监视器(Monitor)"
+            // Triangles the CJK face has: no fallback font for the first frame.
+            text: (pane.open ? "▼ " : "▶ ") + "监视器(Monitor)"
             focusPolicy: Qt.StrongFocus
             Accessible.name: "监视器(Monitor)" + (pane.open ? " 已展开(expanded)" : " 已收起(collapsed)")
             PressGlue {
