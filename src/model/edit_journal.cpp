@@ -32,16 +32,21 @@ void notice(const QString& line)
     std::fflush(stderr);
 }
 
-// The names of the windows' files in `folder` that end in `suffix`, sorted.
-// Matched by hand rather than by a name filter: a filter is a wildcard
-// pattern, whose regular expression engine the window would otherwise load
-// and compile at start, for this scan alone.
-QStringList window_files(const QDir& folder, const QString& suffix)
+// The names of the windows' files in `folder`, sorted. Matched by hand
+// rather than by a name filter: a filter is a wildcard pattern, whose regular
+// expression engine the window would otherwise load and compile at start,
+// for this scan alone.
+QStringList window_files(const QDir& folder)
 {
     QStringList names = folder.entryList(QDir::Files | QDir::Hidden, QDir::Name);
-    names.removeIf([&suffix](const QString& name) {
-        return !name.startsWith(QLatin1String("window-")) || !name.endsWith(suffix);
-    });
+    names.removeIf([](const QString& name) { return !name.startsWith(QLatin1String("window-")); });
+    return names;
+}
+
+// Those of `names` that end in `suffix`.
+QStringList ending_in(QStringList names, const QString& suffix)
+{
+    names.removeIf([&suffix](const QString& name) { return !name.endsWith(suffix); });
     return names;
 }
 
@@ -62,9 +67,9 @@ std::unique_ptr<QLockFile> lock_of(const QString& path)
 // The locks of windows that were killed before they had an edit to keep:
 // nothing else would ever remove them. A lock beside a journal is left to the
 // journal's claim; a live window's lock cannot be taken, so it stays.
-void remove_abandoned_locks(const QDir& folder, const QStringList& journals)
+void remove_abandoned_locks(const QDir& folder, const QStringList& locks, const QStringList& journals)
 {
-    for (const QString& name : window_files(folder, lock_suffix)) {
+    for (const QString& name : locks) {
         const QString journal = name.left(name.size() - lock_suffix.size()) + journal_suffix;
         if (journals.contains(journal))
             continue;
@@ -174,8 +179,9 @@ std::vector<OrphanJournal> claim_orphan_journals()
 {
     std::vector<OrphanJournal> found;
     const QDir folder(state_folder());
-    const QStringList names = window_files(folder, journal_suffix);
-    remove_abandoned_locks(folder, names);
+    const QStringList files = window_files(folder);
+    const QStringList names = ending_in(files, journal_suffix);
+    remove_abandoned_locks(folder, ending_in(files, lock_suffix), names);
     for (const QString& name : names) {
         const QString path = folder.filePath(name);
         std::shared_ptr<QLockFile> lock = lock_of(lock_path_of(path));
@@ -227,7 +233,7 @@ QString dismiss_orphan(OrphanJournal& orphan)
 bool window_is_open()
 {
     const QDir folder(state_folder());
-    const QStringList names = window_files(folder, lock_suffix);
+    const QStringList names = ending_in(window_files(folder), lock_suffix);
     for (const QString& name : names) {
         const std::unique_ptr<QLockFile> lock = lock_of(folder.filePath(name));
         if (lock->tryLock(0))

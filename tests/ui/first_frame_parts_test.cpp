@@ -14,18 +14,8 @@ using namespace dialcraft;
 
 namespace {
 
-// True when the shared library whose file name starts with `name` is mapped
-// into this process.
-bool library_loaded(const QByteArray& name)
-{
-    QFile maps(QStringLiteral("/proc/self/maps"));
-    if (!maps.open(QIODevice::ReadOnly))
-        return false;
-    return maps.readAll().contains('/' + name);
-}
-
-// The font files mapped into this process, by path.
-QStringList mapped_font_files()
+// The files mapped into this process, each once, by path.
+QStringList mapped_files()
 {
     QFile maps(QStringLiteral("/proc/self/maps"));
     if (!maps.open(QIODevice::ReadOnly))
@@ -36,10 +26,29 @@ QStringList mapped_font_files()
         if (path < 0)
             continue;
         const QString file = QString::fromUtf8(line.mid(path + 1));
-        if (file.contains(QLatin1String("/fonts/")) && !files.contains(file))
+        if (!files.contains(file))
             files << file;
     }
     return files;
+}
+
+// True when the shared library whose file name starts with `name` is mapped
+// into this process.
+bool library_loaded(const QString& name)
+{
+    const QString slashed = QLatin1Char('/') + name;
+    for (const QString& file : mapped_files())
+        if (file.contains(slashed))
+            return true;
+    return false;
+}
+
+// The font files mapped into this process, by path.
+QStringList mapped_font_files()
+{
+    QStringList fonts = mapped_files();
+    fonts.removeIf([](const QString& file) { return !file.contains(QLatin1String("/fonts/")); });
+    return fonts;
 }
 
 const char* const dialog_parts[] = {"fileDialogs", "openDialog", "saveDialog", "saveDialogFallback",

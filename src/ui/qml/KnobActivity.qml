@@ -7,8 +7,6 @@
 import QtQuick
 
 Text {
-    id: activity
-
     // -1 while the knob has sent nothing.
     required property int lastValue
     required property bool lit
